@@ -1,0 +1,35 @@
+#pragma once
+// vexcli: every command is a function of this table. A command receives the
+// words after its name and prints to out; errors go to err with exit code 2.
+#include <QStringList>
+#include <QTextStream>
+
+namespace vex::cli {
+
+struct Context {
+    QString appDir;        // from --app-dir, VEX_HOME or the default
+    QStringList args;      // the words after the command's name
+    QTextStream& out;
+    QTextStream& err;
+};
+
+using Handler = int (*)(Context&);
+
+struct Command {
+    const char* name;
+    const char* usage;
+    const char* summary;
+    Handler run;
+};
+
+// Opens the application folder (creating it when new) and runs Main_Start and
+// the database connection; prints the reason and returns false on failure.
+bool Start_App(Context& ctx);
+// Loads S_D14, S_D10 and S_D4 into the configuration and the globals.
+bool Load_App_Settings(Context& ctx);
+
+int Cmd_Init(Context& ctx);
+int Cmd_Show(Context& ctx);
+int Cmd_Dump(Context& ctx);
+
+} // namespace vex::cli

@@ -1,0 +1,69 @@
+// vexcli [--app-dir DIR] COMMAND [ARGS...]
+#include "cli/Commands.h"
+#include "core/Mod_Main.h"
+#include "platform/AppFolder.h"
+
+#include <QCoreApplication>
+#include <QTextStream>
+#include <cstdio>
+
+using namespace vex::cli;
+
+namespace {
+
+const Command kCommands[] = {
+    {"init", "init", "create the application folder if it is new and show where it is", Cmd_Init},
+    {"show", "show", "show the database tables, their row counts and the settings row", Cmd_Show},
+    {"dump", "dump FILE", "print a pack file (.Vex) as the dump view", Cmd_Dump},
+};
+
+void Usage(QTextStream& s)
+{
+    s << "usage: vexcli [--app-dir DIR] COMMAND [ARGS...]\n\n"
+      << "The application folder is --app-dir, else $VEX_HOME, else "
+      << vex::Default_App_Dir() << ".\n\ncommands:\n";
+    for (const auto& c : kCommands)
+        s << "  " << QString::fromLatin1(c.usage).leftJustified(40) << c.summary << "\n";
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QTextStream out(stdout), err(stderr);
+    QStringList words = app.arguments().mid(1);
+
+    QString appDir;
+    while (!words.isEmpty() && words.first().startsWith("--")) {
+        const QString opt = words.takeFirst();
+        if (opt == "--app-dir" && !words.isEmpty()) {
+            appDir = words.takeFirst();
+        } else if (opt.startsWith("--app-dir=")) {
+            appDir = opt.mid(10);
+        } else if (opt == "--help") {
+            Usage(out);
+            return 0;
+        } else {
+            err << "vexcli: unknown option " << opt << "\n";
+            Usage(err);
+            return 2;
+        }
+    }
+    if (words.isEmpty()) {
+        Usage(err);
+        return 2;
+    }
+    const QString name = words.takeFirst();
+    for (const auto& c : kCommands) {
+        if (name == QLatin1String(c.name)) {
+            Context ctx{vex::Resolve_App_Dir(appDir), words, out, err};
+            const int rc = c.run(ctx);
+            vex::Main_Shutdown(); // the connection closes while Qt still stands
+            return rc;
+        }
+    }
+    err << "vexcli: unknown command " << name << "\n";
+    Usage(err);
+    return 2;
+}

@@ -1,0 +1,49 @@
+#pragma once
+// The one way failures are handled. A procedure with a failure path runs its
+// body through Guarded() with its fixed code (1001 to 1164); a run-time error
+// ends the body where it stood, goes to Err_Proc, and the caller sees the
+// default result. Err_Proc shows nothing to the user: it writes one line to
+// the log file of the application folder.
+#include <QString>
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+namespace vex {
+
+// A run-time error of the system's own procedures (database, file, link).
+class RunTimeError : public std::runtime_error {
+public:
+    explicit RunTimeError(const QString& what) : std::runtime_error(what.toStdString()) {}
+};
+
+// Label of a handler code: "object - procedure"; empty for gaps and codes
+// outside 1001..1164.
+QString Err_Label(int code);
+
+// Resolves the code to its label and appends "time<TAB>code<TAB>label<TAB>text"
+// to Err_Log_Path(). Codes outside 1001..1164 are ignored. Never throws.
+void Err_Proc(int16_t code, const QString& text);
+
+// Label and text of the last error Err_Proc took, for a command line that
+// must say why it stopped; empty when none.
+QString Err_Last();
+
+// Where Err_Proc writes: "<App_Dir>/vex-error.log". Empty before Main_Start.
+QString Err_Log_Path();
+
+template <class Body>
+bool Guarded(int16_t code, Body&& body)
+{
+    try {
+        body();
+        return true;
+    } catch (const std::exception& e) {
+        Err_Proc(code, QString::fromUtf8(e.what()));
+    } catch (...) {
+        Err_Proc(code, QStringLiteral("unknown error"));
+    }
+    return false;
+}
+
+} // namespace vex

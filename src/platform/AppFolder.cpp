@@ -1,0 +1,102 @@
+#include "platform/AppFolder.h"
+
+#include "store/Schema.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace vex {
+
+QString Default_App_Dir()
+{
+    return QDir::home().filePath(QStringLiteral("VEX"));
+}
+
+QString Resolve_App_Dir(const QString& fromCommandLine)
+{
+    QString dir = fromCommandLine;
+    if (dir.isEmpty())
+        dir = qEnvironmentVariable("VEX_HOME");
+    if (dir.isEmpty())
+        dir = Default_App_Dir();
+    return QDir::cleanPath(QFileInfo(dir).absoluteFilePath());
+}
+
+const QStringList& App_Folders()
+{
+    static const QStringList folders = {
+        "db", "db_temp", "Exp", "pack", "new", "static", "mpack", "report",
+        "recieve", "Dat", "Excel", "Help", "Helpeng", "Helpchinese"};
+    return folders;
+}
+
+QString App_Path(const QString& appDir, const QString& systemPath)
+{
+    QString rel = systemPath;
+    rel.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    while (rel.startsWith(QLatin1Char('/')))
+        rel.remove(0, 1);
+    return rel.isEmpty() ? appDir : appDir + QLatin1Char('/') + rel;
+}
+
+namespace {
+
+bool Fail(QString* reason, const QString& text)
+{
+    if (reason)
+        *reason = text;
+    return false;
+}
+
+// "Exp" and "exp" name one folder: on a case-sensitive file system the
+// lower-case name is a link to the other.
+bool Link_Exp(const QString& appDir, QString* reason)
+{
+    const QString lower = appDir + "/exp";
+    const QFileInfo info(lower);
+    if (info.exists() || info.isSymLink())
+        return true;
+    if (!QFile::link(QStringLiteral("Exp"), lower))
+        return Fail(reason, QStringLiteral("cannot create %1").arg(lower));
+    return true;
+}
+
+bool Copy_Resource(const QString& resource, const QString& target, QString* reason)
+{
+    if (QFileInfo::exists(target))
+        return true;
+    QFile::remove(target); // a dangling link
+    if (!QFile::copy(resource, target))
+        return Fail(reason, QStringLiteral("cannot write %1").arg(target));
+    QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup
+                                      | QFile::ReadOther);
+    return true;
+}
+
+} // namespace
+
+bool Init_App_Folder(const QString& appDir, QString* reason)
+{
+    QDir root(appDir);
+    if (!root.mkpath(QStringLiteral(".")))
+        return Fail(reason, QStringLiteral("cannot create the application folder %1").arg(appDir));
+    for (const QString& sub : App_Folders()) {
+        if (!root.mkpath(sub))
+            return Fail(reason, QStringLiteral("cannot create %1/%2").arg(appDir, sub));
+    }
+    if (!Link_Exp(appDir, reason))
+        return false;
+    if (!Copy_Resource(QStringLiteral(":/MORIX.INI"), App_Path(appDir, "\\MORIX.INI"), reason))
+        return false;
+
+    const QString templ = App_Path(appDir, "\\db_temp\\morix.mdb");
+    if (!QFileInfo::exists(templ) && !Create_Sqlite_Database(templ, reason))
+        return false;
+    const QString live = App_Path(appDir, "\\db\\morix.mdb");
+    if (!QFileInfo::exists(live) && !QFile::copy(templ, live))
+        return Fail(reason, QStringLiteral("cannot write %1").arg(live));
+    return true;
+}
+
+} // namespace vex

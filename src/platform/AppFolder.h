@@ -1,0 +1,30 @@
+#pragma once
+// The one application folder that holds everything: INI file, databases,
+// pack files, reports, templates and help. Its layout follows the folders of
+// the system; spellings such as "recieve" are the system's own.
+#include <QString>
+#include <QStringList>
+
+namespace vex {
+
+// $HOME/VEX: the folder used when neither --app-dir nor VEX_HOME names one.
+QString Default_App_Dir();
+
+// The folder given on the command line, else $VEX_HOME, else the default;
+// made absolute.
+QString Resolve_App_Dir(const QString& fromCommandLine);
+
+// Sub-folders that a new application folder receives.
+const QStringList& App_Folders();
+
+// Makes the folder ready: the sub-folders, "exp" as a second name of "Exp",
+// MORIX.INI from the resources, the empty template "db_temp/morix.mdb" and
+// the live "db/morix.mdb" when they are missing. Nothing that exists is
+// overwritten. Returns false with a reason when the folder cannot be written.
+bool Init_App_Folder(const QString& appDir, QString* reason = nullptr);
+
+// Maps a path of the system's own form ("\db\morix.mdb", "Dat\Read.Vex") to
+// a path under the application folder, with '/' as separator.
+QString App_Path(const QString& appDir, const QString& systemPath);
+
+} // namespace vex

@@ -1,0 +1,30 @@
+#pragma once
+// The file-system object shared by the whole program: existence tests,
+// create, copy and delete, on paths of the system's own form ("\new\x.Vex")
+// resolved under the application folder, or on absolute paths as they are.
+#include <QString>
+
+namespace vex {
+
+class FileSystem {
+public:
+    explicit FileSystem(QString appDir) : appDir_(std::move(appDir)) {}
+
+    // A path with '\' or without a leading '/' is of the system's form and
+    // lies under the application folder; any other is an absolute path.
+    QString Path(const QString& path) const;
+
+    bool FileExists(const QString& path) const;
+    bool FolderExists(const QString& path) const;
+    bool CreateFolder(const QString& path) const;
+    // Copies over an existing target when overwrite is set (the default of
+    // the original object's copy).
+    bool CopyFile(const QString& from, const QString& to, bool overwrite = true) const;
+    bool DeleteFile(const QString& path) const;
+    qint64 FileSize(const QString& path) const; // -1 when missing
+
+private:
+    QString appDir_;
+};
+
+} // namespace vex

@@ -1,0 +1,104 @@
+#include "store/Cls_DB.h"
+
+#include "core/Err_Proc.h"
+#include "core/Mod_Main.h"
+#include "store/Schema.h"
+#include "store/SqlDialect.h"
+#include "store/SqliteFunctions.h"
+
+#include <QAtomicInt>
+#include <QSqlError>
+#include <QSqlQuery>
+
+namespace vex {
+
+namespace {
+
+QString New_Connection_Name()
+{
+    static QAtomicInt counter;
+    return QStringLiteral("vex-db-%1").arg(counter.fetchAndAddRelaxed(1));
+}
+
+} // namespace
+
+Cls_DB::Cls_DB() : Cls_DB(Parse_DB_Server(G().DB_Server, G().App_Dir)) {}
+
+Cls_DB::Cls_DB(const DbTarget& target) : target_(target), name_(New_Connection_Name())
+{
+    DB_Connection();
+}
+
+Cls_DB::~Cls_DB()
+{
+    DB_DConnection();
+}
+
+bool Cls_DB::DB_Connection()
+{
+    state_ = 0;
+    return Guarded(1089, [&] {
+        QSqlDatabase db = QSqlDatabase::contains(name_) ? QSqlDatabase::database(name_, false)
+                                                         : QSqlDatabase::addDatabase(target_.driver, name_);
+        if (!db.isValid())
+            throw RunTimeError(QStringLiteral("no database driver ") + target_.driver);
+        db.setDatabaseName(target_.database);
+        db.setHostName(target_.host);
+        db.setPort(target_.port);
+        db.setUserName(target_.user);
+        db.setPassword(target_.password);
+        db.setConnectOptions(target_.options);
+        // SQLite would make an empty file of a missing database: a missing
+        // database is a failure to connect, as it was with a data source.
+        if (target_.engine == Engine::Sqlite)
+            db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READWRITE;QSQLITE_BUSY_TIMEOUT=5000"));
+        if (!db.open())
+            throw RunTimeError(db.lastError().text());
+        if (target_.engine == Engine::Sqlite && !Register_Sqlite_Functions(db))
+            throw RunTimeError(QStringLiteral("SQLite functions could not be registered"));
+        state_ = 1;
+    });
+}
+
+void Cls_DB::DB_DConnection()
+{
+    if (QSqlDatabase::contains(name_)) {
+        {
+            QSqlDatabase db = QSqlDatabase::database(name_, false);
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(name_);
+    }
+    state_ = 0;
+}
+
+Recordset Cls_DB::DB_RSet_D_D(const QString& sql, const QVariantList& values, int /*option*/)
+{
+    if (state_ != 1)
+        throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
+    return Recordset(name_, target_.engine, sql, values);
+}
+
+void Cls_DB::Execute(const QString& sql, const QVariantList& values)
+{
+    if (state_ != 1)
+        throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
+    QSqlQuery q(QSqlDatabase::database(name_, false));
+    const QString translated = Translate_Sql(sql, target_.engine);
+    if (!q.prepare(translated))
+        throw RunTimeError(q.lastError().text());
+    for (const QVariant& v : values)
+        q.addBindValue(v);
+    if (!q.exec())
+        throw RunTimeError(q.lastError().text());
+}
+
+void Cls_DB::Ensure_Schema()
+{
+    if (state_ != 1)
+        throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
+    QSqlDatabase db = QSqlDatabase::database(name_, false);
+    vex::Ensure_Schema(db, target_.engine);
+}
+
+} // namespace vex
