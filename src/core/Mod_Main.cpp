@@ -14,6 +14,8 @@ namespace vex {
 
 Globals::Globals() = default;
 Globals::~Globals() = default;
+Globals::Globals(Globals&&) noexcept = default;
+Globals& Globals::operator=(Globals&&) noexcept = default;
 
 Globals& G()
 {

@@ -20,6 +20,8 @@ class FileSystem;
 struct Globals {
     Globals();
     ~Globals();
+    Globals(Globals&&) noexcept;
+    Globals& operator=(Globals&&) noexcept;
 
     QString Prog_Title;                  // "VEX"
     QString Login_User, Login_Pass;      // as typed at the login

@@ -81,11 +81,14 @@ QString Sql_Type(ColType type, Engine engine)
 void Run(QSqlDatabase& db, const QString& sql, const QVariantList& values = {})
 {
     QSqlQuery q(db);
-    if (!q.prepare(sql))
-        throw RunTimeError(q.lastError().text() + QStringLiteral(" [") + sql + QLatin1Char(']'));
-    for (const QVariant& v : values)
-        q.addBindValue(v);
-    if (!q.exec())
+    // PostgreSQL prepares no DDL: a statement without values runs as it is.
+    bool ok = values.isEmpty() ? q.exec(sql) : q.prepare(sql);
+    if (ok && !values.isEmpty()) {
+        for (const QVariant& v : values)
+            q.addBindValue(v);
+        ok = q.exec();
+    }
+    if (!ok)
         throw RunTimeError(q.lastError().text() + QStringLiteral(" [") + sql + QLatin1Char(']'));
 }
 
