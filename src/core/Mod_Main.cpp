@@ -45,11 +45,13 @@ void Main_Start(const QString& appDir)
 
         // Without a data source none of the shared objects exists, and the
         // login cannot succeed.
-        if (!g.DB_Server.isEmpty()) {
-            g.DB_Conn = QStringLiteral("DSN=") + g.DB_Server;
-            g.IO = std::make_unique<Cls_IO>();
-            g.Config = std::make_unique<Cls_Config>();
+        if (g.DB_Server.isEmpty()) {
+            Err_Proc(1161, QStringLiteral("no data source: key MAIN SERVER of section MAIN is missing or empty in ") + ini);
+            return;
         }
+        g.DB_Conn = QStringLiteral("DSN=") + g.DB_Server;
+        g.IO = std::make_unique<Cls_IO>();
+        g.Config = std::make_unique<Cls_Config>();
     });
 }
 

@@ -7,6 +7,7 @@
 #include "store/SqliteFunctions.h"
 
 #include <QAtomicInt>
+#include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -50,8 +51,11 @@ bool Cls_DB::DB_Connection()
         db.setConnectOptions(target_.options);
         // SQLite would make an empty file of a missing database: a missing
         // database is a failure to connect, as it was with a data source.
-        if (target_.engine == Engine::Sqlite)
-            db.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READWRITE;QSQLITE_BUSY_TIMEOUT=5000"));
+        if (target_.engine == Engine::Sqlite) {
+            if (!QFileInfo(target_.database).isFile())
+                throw RunTimeError(QStringLiteral("database file not found: ") + target_.database);
+            db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
+        }
         if (!db.open())
             throw RunTimeError(db.lastError().text());
         if (target_.engine == Engine::Sqlite && !Register_Sqlite_Functions(db))

@@ -101,5 +101,7 @@ TEST(ModMain, MissingOrEmptyKeyLeavesTheObjectsMissingWithoutAWord)
         EXPECT_TRUE(G().DB_Conn.isEmpty());
         EXPECT_FALSE(G().IO || G().Config);
         EXPECT_TRUE(G().FS);
+        EXPECT_TRUE(Err_Last().contains("MAIN SERVER")); // silent to the user, but in the log
+        EXPECT_TRUE(QFile::exists(app.Path("vex-error.log")));
     }
 }

@@ -1,0 +1,19 @@
+#include "support/CliRun.h"
+
+#include <QProcess>
+
+namespace vex::test {
+
+CliRun Vexcli(const QStringList& args, const QProcessEnvironment& env)
+{
+    QProcess p;
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(VEXCLI_PATH), args);
+    if (!p.waitForFinished(120000))
+        p.kill();
+    p.waitForFinished();
+    return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1,
+            QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+}
+
+} // namespace vex::test

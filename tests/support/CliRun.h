@@ -1,0 +1,18 @@
+#pragma once
+// Runs the real vexcli and collects what it printed.
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+namespace vex::test {
+
+struct CliRun {
+    int code; // -1 when it crashed or hung
+    QString out;
+    QString err;
+};
+
+CliRun Vexcli(const QStringList& args,
+              const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment());
+
+} // namespace vex::test
