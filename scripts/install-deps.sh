@@ -13,7 +13,7 @@ PACKAGES=(
   # further libraries
   libzip-dev libcurl4-openssl-dev libpugixml-dev mdbtools-dev unixodbc-dev
   # tests
-  googletest libgtest-dev postgresql sqlite3 fonts-noto-cjk
+  googletest libgtest-dev postgresql odbc-postgresql sqlite3 fonts-noto-cjk
   xvfb xauth poppler-utils python3-openpyxl
 )
 

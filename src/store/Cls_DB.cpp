@@ -8,6 +8,7 @@
 
 #include <QAtomicInt>
 #include <QFileInfo>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
 
@@ -60,6 +61,10 @@ bool Cls_DB::DB_Connection()
             throw RunTimeError(db.lastError().text());
         if (target_.engine == Engine::Sqlite && !Register_Sqlite_Functions(db))
             throw RunTimeError(QStringLiteral("SQLite functions could not be registered"));
+        // A data source is spoken to in the dialect of the server behind it.
+        dialect_ = target_.engine;
+        if (target_.engine == Engine::Odbc && db.driver()->dbmsType() == QSqlDriver::PostgreSQL)
+            dialect_ = Engine::Postgres;
         state_ = 1;
     });
 }
@@ -80,7 +85,7 @@ Recordset Cls_DB::DB_RSet_D_D(const QString& sql, const QVariantList& values, in
 {
     if (state_ != 1)
         throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
-    return Recordset(name_, target_.engine, sql, values);
+    return Recordset(name_, dialect_, sql, values);
 }
 
 void Cls_DB::Execute(const QString& sql, const QVariantList& values)
@@ -88,7 +93,7 @@ void Cls_DB::Execute(const QString& sql, const QVariantList& values)
     if (state_ != 1)
         throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
     QSqlQuery q(QSqlDatabase::database(name_, false));
-    const QString translated = Translate_Sql(sql, target_.engine);
+    const QString translated = Translate_Sql(sql, dialect_);
     if (!q.prepare(translated))
         throw RunTimeError(q.lastError().text());
     for (const QVariant& v : values)
@@ -102,7 +107,7 @@ void Cls_DB::Ensure_Schema()
     if (state_ != 1)
         throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
     QSqlDatabase db = QSqlDatabase::database(name_, false);
-    vex::Ensure_Schema(db, target_.engine);
+    vex::Ensure_Schema(db, dialect_);
 }
 
 } // namespace vex

@@ -26,7 +26,9 @@ public:
     bool DB_Connection();
     void DB_DConnection();
     int DB_State() const { return state_; }
-    Engine Engine_() const { return target_.engine; }
+    // The SQL dialect of the connection: the engine's own, or for a data
+    // source the one of the server behind it (Odbc: passed on unchanged).
+    Engine Dialect() const { return dialect_; }
     const DbTarget& Target() const { return target_; }
     QString Connection_Name() const { return name_; }
 
@@ -43,6 +45,7 @@ public:
 private:
     DbTarget target_;
     QString name_;
+    Engine dialect_ = Engine::Sqlite;
     int state_ = 0;
 };
 

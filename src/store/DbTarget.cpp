@@ -14,7 +14,11 @@ DbTarget Parse_DB_Server(const QString& server, const QString& appDir)
     if (s.startsWith(QLatin1String("DSN="), Qt::CaseInsensitive)) {
         t.engine = Engine::Odbc;
         t.driver = QStringLiteral("QODBC");
-        t.database = s;
+        // Qt's ODBC driver puts "DSN=" in front of a name by itself, and passes
+        // on a string naming a DRIVER or SERVER as it is.
+        const bool driverString = s.contains(QLatin1String("DRIVER="), Qt::CaseInsensitive)
+                                  || s.contains(QLatin1String("SERVER="), Qt::CaseInsensitive);
+        t.database = driverString ? s : s.mid(4);
         return t;
     }
     if (s.startsWith(QLatin1String("postgresql://"), Qt::CaseInsensitive)

@@ -10,7 +10,7 @@ enum class Engine { Sqlite, Postgres, Odbc };
 struct DbTarget {
     Engine engine = Engine::Sqlite;
     QString driver;      // Qt driver name: QSQLITE, QPSQL, QODBC
-    QString database;    // file path, database name or ODBC connection string
+    QString database;    // file path, database name, or data source name[;keys]
     QString host;
     int port = -1;
     QString user;
@@ -18,7 +18,7 @@ struct DbTarget {
     QString options;     // connect options of the driver
 };
 
-// "DSN=name[;...]"              -> ODBC, passed on as the connection string
+// "DSN=name[;KEY=value...]"     -> ODBC data source
 // "postgresql://u:p@h:port/db"  -> PostgreSQL ("postgres://" as well)
 // anything else                 -> SQLite file, in the system's path form
 //                                  under the application folder, or absolute

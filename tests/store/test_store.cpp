@@ -19,7 +19,7 @@ class Store : public ::testing::TestWithParam<Backend> {
 protected:
     void SetUp() override
     {
-        if (GetParam() == Backend::Postgres && test::Pg_Uri().isEmpty()) {
+        if (GetParam() != Backend::Sqlite && test::Pg_Uri().isEmpty()) {
             if (qEnvironmentVariableIsSet("VEX_REQUIRE_PG"))
                 FAIL() << "VEX_REQUIRE_PG is set but VEX_TEST_PG_URI is not";
             GTEST_SKIP() << "no PostgreSQL server (set VEX_TEST_PG_URI)";
@@ -198,7 +198,7 @@ TEST_P(Store, SettingsLoadAndDbEditRoundTrip)
     EXPECT_TRUE(third.U_UserID.isEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Engines, Store, ::testing::Values(Backend::Sqlite, Backend::Postgres),
+INSTANTIATE_TEST_SUITE_P(Engines, Store, ::testing::Values(Backend::Sqlite, Backend::Postgres, Backend::Odbc),
                          [](const auto& info) { return test::Backend_Name(info.param).toStdString(); });
 
 TEST(StoreConnection, AMissingDatabaseLeavesTheConnectionClosedAndLogged)
@@ -223,7 +223,8 @@ TEST(StoreConnection, ServerValuesNameTheirEngines)
     EXPECT_EQ(pg.database, "morix");
     const DbTarget odbc = Parse_DB_Server("DSN=MORIX", "/a");
     EXPECT_EQ(odbc.engine, Engine::Odbc);
-    EXPECT_EQ(odbc.database, "DSN=MORIX");
+    EXPECT_EQ(odbc.database, "MORIX");
+    EXPECT_EQ(Parse_DB_Server("DSN=x;DRIVER={PostgreSQL Unicode}", "/a").database, "DSN=x;DRIVER={PostgreSQL Unicode}");
     const DbTarget file = Parse_DB_Server("\\db\\morix.mdb", "/a");
     EXPECT_EQ(file.engine, Engine::Sqlite);
     EXPECT_EQ(file.database, "/a/db/morix.mdb");

@@ -29,13 +29,15 @@ void Reset_Globals();
 // The PostgreSQL server the test script started (VEX_TEST_PG_URI), or empty.
 QString Pg_Uri();
 
-// Targets the store tests run on: the SQLite file of app, and PostgreSQL
-// when a server is there. Names for the test's parameter.
-enum class Backend { Sqlite, Postgres };
+// Targets the store tests run on: the SQLite file of app, and, when a
+// PostgreSQL server is there, that server directly and through an ODBC data
+// source. Names for the test's parameter.
+enum class Backend { Sqlite, Postgres, Odbc };
 QString Backend_Name(Backend b);
 
-// A target of the backend, with every table of the schema dropped, so that a
-// test starts from a database as delivered once Ensure_Schema has run.
+// A target of the backend with no tables yet, so that a test starts from a
+// database as delivered once Ensure_Schema has run: a new database on the
+// server, or the process's data source emptied.
 DbTarget Fresh_Target(Backend b, const TempApp& app);
 
 } // namespace vex::test
