@@ -90,7 +90,7 @@ TEST(ModMain, MainStartFollowsTheIniKey)
 
 TEST(ModMain, MissingOrEmptyKeyLeavesTheObjectsMissingWithoutAWord)
 {
-    for (const QByteArray ini : {QByteArray("[MAIN]\nMAIN SERVER=\n"), QByteArray("[OTHER]\nMAIN SERVER=x\n"),
+    for (const QByteArray& ini : {QByteArray("[MAIN]\nMAIN SERVER=\n"), QByteArray("[OTHER]\nMAIN SERVER=x\n"),
                                  QByteArray("garbage \x01\x02 [[[ ===\n"), QByteArray()}) {
         test::TempApp app;
         if (!ini.isEmpty())
