@@ -15,6 +15,7 @@ const Command kCommands[] = {
     {"init", "init", "create the application folder if it is new and show where it is", Cmd_Init},
     {"show", "show", "show the database tables, their row counts and the settings row", Cmd_Show},
     {"dump", "dump FILE", "print a pack file (.Vex) as the dump view", Cmd_Dump},
+    {"sample", "sample pack --out IMAGE ...", "write a sample memory pack image", Cmd_Sample},
 };
 
 void Usage(QTextStream& s)
