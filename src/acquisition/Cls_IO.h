@@ -8,13 +8,60 @@
 // (empty text, a character that isn't a digit of the base, a value too wide
 // for the result) is a run-time error of the procedure: it is passed to
 // Err_Proc under the procedure's code and the result is empty text.
+#include <QDate>
 #include <QString>
 #include <cstdint>
+#include <functional>
 
 namespace vex {
 
+class AnalyzerLink;
+
 class Cls_IO {
 public:
+    // ---- Reception of a memory pack. The pack routines work on the shared
+    // objects: the connected analyzer (Link), the decoded-day record of
+    // G().DB, the settings of G().Config and the application folder.
+
+    AnalyzerLink* Link = nullptr;  // set while an analyzer is connected
+    bool Range_Selected = false;   // the dialog's date range is ticked
+    QString m_Sel_SDate, m_Sel_EDate;
+    QString Car_Code, Drive_Code;  // six characters, of the day being decoded
+    QString Read_Day;              // YYMMDD of the day being read from the pack
+    std::function<QDate()> Today;  // the desk's date; the clock when unset
+    // Told after each day of Pack_Reads: days done, days in all, the date.
+    std::function<void(int, int, const QDate&)> Progress;
+    // Shows a message of the table (the link test of a write failing: 207).
+    std::function<void(int)> Message;
+
+    // Appends text and a line end to the file; True when written.
+    bool Write_File(const QString& text, const QString& path);
+
+    // The system page into SysRead.Vex and the Sys properties.
+    bool Pack_SysReads();
+    // 0 no link or a fresh pack ("AA" "11"/"00"), 1 normal, 5 second check
+    // byte wrong, 6 first check byte wrong, 7 system page unreadable.
+    int16_t Pack_Checks();
+    // The three pages of a day into Read.Vex: "0" when the third was
+    // written, "1" otherwise.
+    QString New_Pack_Read(const QString& bank, const QString& page, const QString& offset);
+    // Reads the new days of the pack into \new and \mpack and marks the pack.
+    int16_t Pack_Reads();
+    // Writes system page bytes: mode 0 car code, 1 driver code, 2 the stamp
+    // of how far the desktop has read. False for another mode or a dead link.
+    bool Pack_Writes(int16_t& mode, const QString& value);
+
+    // Decodes SysRead.Vex into the Sys properties of G().DB.
+    bool Pack_SysFile_Read();
+    // Judges the day in Read.Vex and files it under \new and \mpack; 0.
+    int16_t Pack_File_Read(const QString& path);
+    // Decodes one pack file into G().DB and stores it: 0 decoded, 1 refused
+    // by its check byte.
+    int16_t Pack_File_Read1(const QString& path);
+
+    QDate Today_Date() const { return Today ? Today() : QDate::currentDate(); }
+
+    // ---- The hex-string family.
     // Value of a hexadecimal text (capital or small letters, at most 64 bits)
     // as decimal digits. Zero gives "00", not "0": "00" -> "00", "0A" -> "10".
     static QString Hex_Dec(const QString& hex);

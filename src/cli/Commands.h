@@ -31,6 +31,8 @@ bool Load_App_Settings(Context& ctx);
 int Cmd_Init(Context& ctx);
 int Cmd_Show(Context& ctx);
 int Cmd_Dump(Context& ctx);
+int Cmd_Receive(Context& ctx);
+int Cmd_Day(Context& ctx);
 int Cmd_Sample(Context& ctx);
 
 } // namespace vex::cli

@@ -3,6 +3,7 @@
 #include "acquisition/Cls_IO.h"
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
+#include "core/VbText.h"
 #include "platform/AppFolder.h"
 #include "platform/FileSystem.h"
 #include "platform/IniFile.h"
@@ -74,16 +75,6 @@ void Status_Text(QString& text)
 
 namespace {
 
-bool All_Digits(const QString& s)
-{
-    if (s.isEmpty())
-        return false;
-    for (QChar c : s)
-        if (c < QLatin1Char('0') || c > QLatin1Char('9'))
-            return false;
-    return true;
-}
-
 QString Dashed(const QString& yyyy, const QString& mm, const QString& dd)
 {
     return yyyy + QLatin1Char('-') + mm + QLatin1Char('-') + dd;
@@ -138,8 +129,8 @@ QString Date_Dash10(const QString& text)
 
 QString Min_To_HHMM(int16_t minutes)
 {
-    const int m = ((minutes % 1440) + 1440) % 1440;
-    return Pad2(QString::number(m / 60)) + QLatin1Char(':') + Pad2(QString::number(m % 60));
+    const QString hhmm = HHMM_Of_Minutes(minutes);
+    return hhmm.left(2) + QLatin1Char(':') + hhmm.mid(2);
 }
 
 Form_Size Form_Place_Size(const QString& formName, bool captionOpen)

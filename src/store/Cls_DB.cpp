@@ -66,6 +66,7 @@ bool Cls_DB::DB_Connection()
         if (target_.engine == Engine::Odbc && db.driver()->dbmsType() == QSqlDriver::PostgreSQL)
             dialect_ = Engine::Postgres;
         state_ = 1;
+        open_ = true;
     });
 }
 
@@ -79,18 +80,19 @@ void Cls_DB::DB_DConnection()
         QSqlDatabase::removeDatabase(name_);
     }
     state_ = 0;
+    open_ = false;
 }
 
 Recordset Cls_DB::DB_RSet_D_D(const QString& sql, const QVariantList& values, int /*option*/)
 {
-    if (state_ != 1)
+    if (!open_)
         throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
     return Recordset(name_, dialect_, sql, values);
 }
 
 void Cls_DB::Execute(const QString& sql, const QVariantList& values)
 {
-    if (state_ != 1)
+    if (!open_)
         throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
     QSqlQuery q(QSqlDatabase::database(name_, false));
     const QString translated = Translate_Sql(sql, dialect_);
@@ -104,7 +106,7 @@ void Cls_DB::Execute(const QString& sql, const QVariantList& values)
 
 void Cls_DB::Ensure_Schema()
 {
-    if (state_ != 1)
+    if (!open_)
         throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
     QSqlDatabase db = QSqlDatabase::database(name_, false);
     vex::Ensure_Schema(db, dialect_);

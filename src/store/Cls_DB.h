@@ -8,11 +8,45 @@
 
 #include <QString>
 #include <QVariantList>
+#include <cstdint>
+#include <functional>
+#include <span>
 
 namespace vex {
 
 class Cls_DB {
 public:
+    // ---- The decoded day: handed over from the decoders to the save
+    // routines, and from the searches to the graphs. Texts of fixed widths
+    // as the recorder delivers them (see the save routines for each).
+    QString CarCode;            // 6: recorder code of 4 + "00"
+    QString DriveCode;          // 6
+    QString StartDay, EndDay;   // yyMMdd
+    QString StartTime, EndTime; // HHmm
+    QString Distance;           // 6 digits, tenths of a kilometre
+    QString Engin;              // 8
+    QString Acceleration;       // 4, count of quick accelerations
+    QString Brack;              // 2, count of quick brakes
+    QString LKEngin;            // 2, count of long overspeeds
+    QString Brack_Data;         // 100: ten brake records of 10
+    QString Brack_Buffer_Data;  // 480
+    QString Brack_Time_Data;    // 40
+    QString LkEngin_Data;       // 120
+    QString Speed_Dist_Data;    // 72
+    QString Sec_Data;           // 2,880: minute speed, hexadecimal cells
+    QString Sec_Distance_Data;  // 2,880: minute distance, decimal cells
+    QString Sec_RPM_Data;       // 2,880: minute engine, hexadecimal cells
+    int16_t OverSpeed_Count = 0;
+    double Average_Value = 0;
+    QString LastDistance, LastAcceleration, LastLKEngin, LastBrack, LastEnginOver;
+
+    // ---- The pack's system page.
+    QString SysCheckPack, SysCheckPack1, SysCarCode, SysDriveCode, SysWarehouse, SysSerialNumber,
+        SysMachineNum, SysPackInsert, SysPackLastWrite, SysTotalDistance, SysTotalEngin, SysDBWriteDate;
+
+    // ---- One hour of second data for the hour graph.
+    QString Sec_Sec_Data, Sec_Sec_RPM_Data, Sec_StartTime, Sec_EndTime, Sec_EndDay;
+
     // Connects to what the global DB_Server names.
     Cls_DB();
     // Connects to a given target (second connections, tests).
@@ -21,11 +55,12 @@ public:
     Cls_DB(const Cls_DB&) = delete;
     Cls_DB& operator=(const Cls_DB&) = delete;
 
-    // Opens the connection; 1 in DB_State when open, 0 otherwise. Failures
-    // go to the handler with code 1089's neighbour of the connection.
+    // Opens the connection; DB_State 1 when open, 0 otherwise (failures go
+    // to Err_Proc). The decoders set DB_State to 1 after a stored day.
     bool DB_Connection();
     void DB_DConnection();
     int DB_State() const { return state_; }
+    void Set_DB_State(int state) { state_ = state; }
     // The SQL dialect of the connection: the engine's own, or for a data
     // source the one of the server behind it (Odbc: passed on unchanged).
     Engine Dialect() const { return dialect_; }
@@ -42,11 +77,95 @@ public:
     // Creates missing tables and the delivered settings rows.
     void Ensure_Schema();
 
+    // ==== Ingest of a decoded day ===========================================
+    // The save routines that turn a decoded day into rows, day files and
+    // monthly tables. Each runs under its own handler code: a run-time error
+    // ends it where it stood (rows written so far stay) and its flag is 0; a
+    // save that has finished answers -1.
+
+    // Messages that a save routine shows itself ("분당 데이터 생성 에러");
+    // the forms connect their message box. Nothing is shown while unset.
+    std::function<void(const QString&)> Msg_Box;
+
+    // -- DB_Save_Day.cpp: summary row, series rows and event rows.
+    // The full path for days with second data: start and end from the engine
+    // (else speed) series, overspeed minutes and bands against B_Val3, the
+    // distance from D_D7, then D_D1, the registers, D_D3, D_D8 and the event
+    // tables that have events. A day without any engine or speed writes
+    // nothing and answers 0.
+    int16_t DB_Save_D_D1(QString& car, QString& driver, QString& secData, QString& day, int32_t& acceleration,
+                         int32_t& brack, int16_t& idle, QString& idleData, QString& brackData, QString& accelData,
+                         int16_t& lkEngin, QString& lkEnginData, QString& rpmData);
+    // The memory pack path, from the properties above.
+    int16_t DB_Save_D_D1_pack(); // D_D1 D_F1..D_F14; may set LKEngin to "0"
+    int16_t DB_Save_D_D2_pack(); // D_D2 brake records, buffer and times
+    int16_t DB_Save_D_D3_pack(); // D_D3 minute speed, D_D6 long overspeed records
+    int16_t DB_Save_D_D5_pack(); // D_D7 minute distance, flag bit cleared
+    // Event rows of a key only, each only when it has events (idle and long
+    // overspeed by count, the others by a non-empty list).
+    int16_t DB_Save_D_D1_st(const QString& key, int16_t idle, const QString& idleData, const QString& brackData,
+                            const QString& accelData, int16_t lkEngin, const QString& lkEnginData,
+                            const QString& overData);
+    // Merges 10-character event records into D_D2 (type "55") or D_D4 (any
+    // other type) of car + driver + day; a stored time is never repeated.
+    int16_t DB_Save_UD_D2(QString& car, QString& driver, QString& type, QString& day, QString& list);
+
+    // -- Marks.cpp: the driving mark and the overspeed minutes of the pack path.
+    // The mark as digits ("95", "0"); empty text when the handler ran (a
+    // 16-bit product overflowed).
+    QString CAL_AVG(int16_t overspeed, float acceleration, float brake, int16_t idle, int16_t longOver, float distance);
+    // Cells of Sec_Data above B_Val4 (after the car's S_D1.D_F23 has been read).
+    int16_t CAL_OVERSPEED_CNT();
+    // Cells of series above B_Val4.
+    int16_t CAL_OVERSPEED_COUNT(const QString& series);
+
+    // -- EventDetector.cpp: a day file of second data through the event
+    // detector into DB_Save_D_D1. The file is "\pack\car\day\day+driver.vex".
+    int16_t DB_Save_D_D1_file(QString& car, QString& driver, QString& day);
+    int16_t DB_Save_D_D12_file(QString& car, QString& driver, QString& day); // the period rebuild's twin
+
+    // -- DayFile.cpp: the day files of second data and the minute distance.
+    // Arrays are indexed by the second (element 0 first, 86,401 entries; the
+    // half-second array 172,801); distances by the minute, 1 to 1440 (1,441
+    // entries), in metres.
+    int16_t DB_Save_D_D2(const QString& car, const QString& driver, std::span<const uint8_t> speed,
+                         std::span<const uint8_t> engine, std::span<const float> distance, const QString& day,
+                         std::span<const uint8_t> half);
+    int16_t DB_Save_D_D2_130(const QString& car, const QString& driver, std::span<const uint8_t> speed,
+                             std::span<const uint8_t> engine, const QString& day);
+    // distanceBytes: 2,881 entries, minute m at 2m-1 (hundreds of metres) and 2m (the rest).
+    int16_t DB_Save_D_D2_file(const QString& car, const QString& driver, std::span<const uint8_t> speed,
+                              std::span<const uint8_t> engine, std::span<const uint8_t> distanceBytes,
+                              const QString& day);
+    // The ".ntd" file of the USB path; a day that isn't yyMMdd of a real
+    // month and day writes nothing and answers 0.
+    int16_t DB_Save_D_D_usb(const QString& car, const QString& driver, std::span<const uint8_t> speed,
+                            std::span<const uint8_t> engine, std::span<const float> distance, const QString& day);
+    // One hour of the day file into Sec_Sec_Data and Sec_Sec_RPM_Data (3,600
+    // cells of two hexadecimal digits each) with Sec_StartTime, Sec_EndTime
+    // and Sec_EndDay. hour "00" or empty: the first hour with data, written
+    // back to hour. Answers the file read, empty when the day has no file.
+    QString DB_Search_SecData(const QString& car, const QString& driver, const QString& day, QString& hour);
+    // The month's ".SAM" file under U_PackDir; its path, or empty text when
+    // the month has no rows (no file then).
+    QString DB_To_File(const QString& month);
+    // Digit pairs as hexadecimal of (pair + 31): "24" -> "37"; an odd last
+    // character is a pair alone.
+    static QString Line_Data_Comp(const QString& digits);
+
+    // -- MonthTables.cpp: monthly tables, recorder identity, per-car counters.
+    int16_t DB_Month_Sum(const QString& month);
+    int16_t DB_Save_SYSTEM();
+    // S_D13 of CarCode: column D_F(k+1) less the k-th comma-separated value.
+    int16_t DB_SAVE_S_D13(const QString& value);
+    // ==== End of ingest =======================================================
+
 private:
     DbTarget target_;
     QString name_;
     Engine dialect_ = Engine::Sqlite;
     int state_ = 0;
+    bool open_ = false;
 };
 
 } // namespace vex

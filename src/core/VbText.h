@@ -1,0 +1,28 @@
+#pragma once
+// The text rules that recorder fields are judged by: the number a text
+// starts with, whether a text is a number at all, and fixed-width fields.
+#include <QString>
+
+namespace vex {
+
+// The number at the start of text: blanks skipped, an optional sign, digits
+// with an optional decimal point and exponent; reading stops at the first
+// character that doesn't fit, and no number at all reads as 0. "12AB" is 12,
+// "FF" is 0.
+double Val(const QString& text);
+
+// True when the whole text, blanks around it aside, is one number of the
+// form above that fits a double ("12", "-3.5", "12E012"); empty text isn't.
+bool Is_Numeric(const QString& text);
+
+// True when text is not empty and every character is a decimal digit.
+bool All_Digits(const QString& text);
+
+// A fixed-width field: a shorter value is padded with blanks on the right, a
+// longer one cut on the right.
+QString Fixed(const QString& value, int width);
+
+// "HHMM" of minutes past midnight, wrapping at a day (-1 is "2359").
+QString HHMM_Of_Minutes(int minutes);
+
+} // namespace vex

@@ -1,0 +1,338 @@
+// The summary row of a day and the rows that hang on its key: the full path
+// for days with minute series made from second data, the memory pack path
+// from the decoded record, and the event rows alone.
+#include "core/Cls_Config.h"
+#include "core/Err_Proc.h"
+#include "core/Mod_Main.h"
+#include "store/Cls_DB.h"
+#include "store/DayFile.h"
+#include "store/EventDetector.h"
+
+namespace vex {
+
+namespace {
+
+constexpr int16_t kErrSave_D_D1 = 1090;
+constexpr int16_t kErrSave_D_D1_pack = 1091;
+constexpr int16_t kErrSave_D_D2_pack = 1092;
+constexpr int16_t kErrSave_D_D3_pack = 1093;
+constexpr int16_t kErrSave_D_D5_pack = 1094;
+constexpr int16_t kErrSave_D_D1_st = 1095;
+constexpr int16_t kErrSave_UD_D2 = 1102;
+
+// A text going into a number column: the engine refuses what isn't a number,
+// and so does this, before the engine sees it.
+double Number(const QString& text)
+{
+    bool ok = false;
+    const double v = text.trimmed().toDouble(&ok);
+    if (!ok)
+        throw RunTimeError(QStringLiteral("Type mismatch: \"%1\" is no number").arg(text));
+    return v;
+}
+
+// HHmm of a minute of the day.
+QString Minute_Time(int minute)
+{
+    return QStringLiteral("%1%2")
+        .arg(minute / 60 % 24, 2, 10, QLatin1Char('0'))
+        .arg(minute % 60, 2, 10, QLatin1Char('0'));
+}
+
+// One row of a series or event table: D_F1 the key, D_F2 the text.
+void Save_Text_Row(Cls_DB& db, const QString& table, const QString& key, const QString& text)
+{
+    Recordset rs = Row_Or_New(db, table, key);
+    rs.Set(QStringLiteral("D_F2"), text);
+    rs.Update();
+    rs.Close();
+}
+
+// Event rows of a key; a table without events of this save keeps its row.
+void Save_Event_Rows(Cls_DB& db, const QString& key, int16_t idle, const QString& idleData,
+                     const QString& brackData, const QString& accelData, int16_t lkEngin,
+                     const QString& lkEnginData, const QString& overData)
+{
+    if (idle > 0)
+        Save_Text_Row(db, QStringLiteral("D_DI"), key, idleData);
+    if (lkEngin > 0)
+        Save_Text_Row(db, QStringLiteral("D_D6"), key, lkEnginData);
+    if (!brackData.isEmpty())
+        Save_Text_Row(db, QStringLiteral("D_D2"), key, brackData);
+    if (!accelData.isEmpty())
+        Save_Text_Row(db, QStringLiteral("D_D4"), key, accelData);
+    if (!overData.isEmpty())
+        Save_Text_Row(db, QStringLiteral("D_D9"), key, overData);
+}
+
+// True when any cell of a minute series is above 0.
+bool Any_Value(const QString& series)
+{
+    for (int i = 0; i + 1 < kSeriesChars; i += 2)
+        if (Hex_Cell(series, i) > 0)
+            return true;
+    return false;
+}
+
+// The mark as CAL_AVG answers it, for the number column D_F14: an empty
+// answer (its handler ran) is refused like any other text that isn't a number.
+double Mark(Cls_DB& db, int16_t o, float a, float b, int16_t i, int16_t l, float d)
+{
+    return Number(db.CAL_AVG(o, a, b, i, l, d));
+}
+
+} // namespace
+
+int16_t Cls_DB::DB_Save_D_D1(QString& car, QString& driver, QString& secData, QString& day, int32_t& acceleration,
+                             int32_t& brack, int16_t& idle, QString& idleData, QString& brackData, QString& accelData,
+                             int16_t& lkEngin, QString& lkEnginData, QString& rpmData)
+{
+    int16_t flag = 0;
+    Guarded(kErrSave_D_D1, [&] {
+        Cls_Config& cfg = *G().Config;
+
+        // 1-2. The engine series decides start and end when it has any value,
+        // else the speed series; a day without either writes nothing.
+        const bool engine = Any_Value(rpmData);
+        const bool speed = Any_Value(secData);
+        if (!engine && !speed)
+            return;
+        const QString& deciding = engine ? rpmData : secData;
+
+        // 3. First and last minute with a value.
+        int first = 0;
+        while (first < kDayMinutes && Hex_Cell(deciding, 2 * first) == 0)
+            ++first;
+        int last = kDayMinutes - 1;
+        while (last > 0 && Hex_Cell(deciding, 2 * last) == 0)
+            --last;
+        const QString startTime = Minute_Time(first);
+        const QString endTime = Minute_Time(last);
+
+        // 4. The day is counted against the standard speed as it stands; a
+        // car with its own speed puts it into B_Val3 for the saves after this
+        // one. The order is the system's and stays.
+        const int limit = cfg.B_Val3;
+        Recordset car1 = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
+        const bool carKnown = car1.RecordCount() > 0;
+        if (carKnown) {
+            const QVariant own = car1.Field(QStringLiteral("D_F10"));
+            if (!own.isNull() && !own.toString().isEmpty() && Val(own.toString()) > 0)
+                cfg.B_Val3 = int16_t(Val(own.toString()));
+        }
+        car1.Close();
+
+        // 5. Overspeed minutes, their bands and their list. Band 2 stops
+        // short of limit+20, which falls into band 3 with everything above.
+        int16_t overCount = 0;
+        int band1 = 0, band2 = 0, band3 = 0;
+        QString overData;
+        for (int m = 0; m < kDayMinutes; ++m) {
+            const int v = Hex_Cell(secData, 2 * m);
+            if (v <= limit)
+                continue;
+            ++overCount;
+            if (v >= limit + 1 && v <= limit + 10)
+                ++band1;
+            else if (v >= limit + 11 && v < limit + 20)
+                ++band2;
+            else
+                ++band3;
+            overData += Minute_Time(m) + secData.mid(2 * m, 2);
+        }
+
+        // 6. Distance: the sum of the minute distance cells already stored.
+        float distance = 0;
+        Recordset d7 = DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), {car + driver + day});
+        if (d7.RecordCount() > 0) {
+            const QString cells = d7.Text(QStringLiteral("D_F2"));
+            for (int i = 0; i < kSeriesChars && i < cells.size(); i += 2)
+                distance += float(Val(cells.mid(i, 2)));
+        }
+        d7.Close();
+
+        // 7. The summary row, every column of it.
+        const QString key = car + driver + day;
+        Recordset rs = Row_Or_New(*this, QStringLiteral("D_D1"), key);
+        rs.Set(QStringLiteral("D_F2"), car);
+        rs.Set(QStringLiteral("D_F3"), driver);
+        rs.Set(QStringLiteral("D_F4"), day);
+        rs.Set(QStringLiteral("D_F5"), startTime);
+        rs.Set(QStringLiteral("D_F6"), day);
+        rs.Set(QStringLiteral("D_F7"), endTime);
+        rs.Set(QStringLiteral("D_F8"), double(distance));
+        rs.Set(QStringLiteral("D_F9"), acceleration);
+        rs.Set(QStringLiteral("D_F10"), brack);
+        rs.Set(QStringLiteral("D_F11"), overCount);
+        rs.Set(QStringLiteral("D_F12"), idle);
+        rs.Set(QStringLiteral("D_F13"), lkEngin);
+        rs.Set(QStringLiteral("D_F14"),
+               Mark(*this, overCount, float(acceleration), float(brack), idle, lkEngin, distance));
+        rs.Set(QStringLiteral("D_F15"), band1);
+        rs.Set(QStringLiteral("D_F16"), band2);
+        rs.Set(QStringLiteral("D_F17"), band3);
+        rs.Update();
+        rs.Close();
+
+        // 8. Cars and drivers register themselves at first sight.
+        if (!carKnown) {
+            Recordset c = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
+            if (c.RecordCount() < 1) {
+                c.AddNew();
+                c.Set(QStringLiteral("D_F1"), car);
+                c.Set(QStringLiteral("D_F5"), QStringLiteral("4.25"));
+                c.Set(QStringLiteral("D_F6"), QStringLiteral("250"));
+                c.Set(QStringLiteral("D_F8"), QStringLiteral("FF"));
+                c.Set(QStringLiteral("D_F7"), QStringLiteral("3.0"));
+                c.Set(QStringLiteral("D_F10"), QString::number(cfg.B_Val3));
+                c.Update();
+            }
+            c.Close();
+        }
+        Recordset d = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D2 WHERE D_F1=?"), {driver});
+        if (d.RecordCount() < 1) {
+            d.AddNew();
+            d.Set(QStringLiteral("D_F1"), driver);
+            d.Set(QStringLiteral("D_F2"), driver);
+            d.Update();
+        }
+        d.Close();
+
+        // 9. The series, replaced whole.
+        Save_Text_Row(*this, QStringLiteral("D_D3"), key, secData);
+        Save_Text_Row(*this, QStringLiteral("D_D8"), key, rpmData);
+
+        // 10. Event rows, only where this save has events.
+        Save_Event_Rows(*this, key, idle, idleData, brackData, accelData, lkEngin, lkEnginData, overData);
+        flag = -1;
+    });
+    return flag;
+}
+
+int16_t Cls_DB::DB_Save_D_D1_pack()
+{
+    int16_t flag = 0;
+    Guarded(kErrSave_D_D1_pack, [&] {
+        const QString key = CarCode + DriveCode + StartDay;
+        Recordset rs = Row_Or_New(*this, QStringLiteral("D_D1"), key);
+        rs.Set(QStringLiteral("D_F2"), CarCode);
+        rs.Set(QStringLiteral("D_F3"), DriveCode);
+        rs.Set(QStringLiteral("D_F4"), StartDay);
+        rs.Set(QStringLiteral("D_F5"), StartTime);
+        rs.Set(QStringLiteral("D_F6"), EndDay);
+        rs.Set(QStringLiteral("D_F7"), EndTime);
+        rs.Set(QStringLiteral("D_F8"), Number(Distance));
+        rs.Set(QStringLiteral("D_F9"), Number(Acceleration));
+        rs.Set(QStringLiteral("D_F10"), Number(Brack));
+        rs.Set(QStringLiteral("D_F11"), OverSpeed_Count);
+        rs.Set(QStringLiteral("D_F12"), 0);
+        // The pack counts long overspeeds by pairs of minutes; more of them
+        // than overspeed minutes, or any without overspeed, cannot be true.
+        if (Val(LKEngin) > OverSpeed_Count || OverSpeed_Count == 0)
+            LKEngin = QStringLiteral("0");
+        rs.Set(QStringLiteral("D_F13"), Number(LKEngin));
+        rs.Set(QStringLiteral("D_F14"), Mark(*this, OverSpeed_Count, float(Val(Acceleration)), float(Val(Brack)), 0,
+                                             int16_t(Val(LKEngin)), float(Val(Distance))));
+        rs.Update();
+        rs.Close();
+        flag = -1;
+    });
+    return flag;
+}
+
+int16_t Cls_DB::DB_Save_D_D2_pack()
+{
+    int16_t flag = 0;
+    Guarded(kErrSave_D_D2_pack, [&] {
+        Recordset rs = Row_Or_New(*this, QStringLiteral("D_D2"), CarCode + DriveCode + StartDay);
+        rs.Set(QStringLiteral("D_F2"), Brack_Data);
+        rs.Set(QStringLiteral("D_F3"), Brack_Buffer_Data);
+        rs.Set(QStringLiteral("D_F4"), Brack_Time_Data);
+        rs.Update();
+        rs.Close();
+        flag = -1;
+    });
+    return flag;
+}
+
+int16_t Cls_DB::DB_Save_D_D3_pack()
+{
+    int16_t flag = 0;
+    Guarded(kErrSave_D_D3_pack, [&] {
+        const QString key = CarCode + DriveCode + StartDay;
+        Save_Text_Row(*this, QStringLiteral("D_D3"), key, Sec_Data);
+        Save_Text_Row(*this, QStringLiteral("D_D6"), key, LkEngin_Data);
+        flag = -1;
+    });
+    return flag;
+}
+
+int16_t Cls_DB::DB_Save_D_D5_pack()
+{
+    int16_t flag = 0;
+    Guarded(kErrSave_D_D5_pack, [&] {
+        // A pack distance byte carries a flag in its first digit (8 added);
+        // the stored series holds plain tenths of a kilometre.
+        if (Sec_Distance_Data.size() == kSeriesChars) {
+            for (int i = 0; i < kSeriesChars; i += 2) {
+                const QChar c = Sec_Distance_Data[i];
+                if (c >= QLatin1Char('8') && c <= QLatin1Char('9'))
+                    Sec_Distance_Data[i] = QChar(c.unicode() - 8);
+            }
+        }
+        Save_Text_Row(*this, QStringLiteral("D_D7"), CarCode + DriveCode + StartDay, Sec_Distance_Data);
+        flag = -1;
+    });
+    return flag;
+}
+
+int16_t Cls_DB::DB_Save_D_D1_st(const QString& key, int16_t idle, const QString& idleData, const QString& brackData,
+                                const QString& accelData, int16_t lkEngin, const QString& lkEnginData,
+                                const QString& overData)
+{
+    int16_t flag = 0;
+    Guarded(kErrSave_D_D1_st, [&] {
+        Save_Event_Rows(*this, key, idle, idleData, brackData, accelData, lkEngin, lkEnginData, overData);
+        flag = -1;
+    });
+    return flag;
+}
+
+int16_t Cls_DB::DB_Save_UD_D2(QString& car, QString& driver, QString& type, QString& day, QString& list)
+{
+    int16_t flag = 0;
+    Guarded(kErrSave_UD_D2, [&] {
+        const bool brake = type == QLatin1String("55");
+        if (brake && list.size() < 10) {
+            flag = -1;
+            return;
+        }
+        const QString key = car + driver + day;
+        Recordset rs = DB_RSet_D_D(brake ? QStringLiteral("SELECT * FROM D_D2 WHERE D_F1=?")
+                                         : QStringLiteral("SELECT * FROM D_D4 WHERE D_F1=?"),
+                                   {key});
+        if (rs.RecordCount() < 1) {
+            rs.AddNew();
+            rs.Set(QStringLiteral("D_F1"), key);
+            rs.Set(QStringLiteral("D_F2"), list);
+        } else if (rs.Field(QStringLiteral("D_F2")).isNull()) {
+            rs.Set(QStringLiteral("D_F2"), list);
+        } else {
+            // A time already stored is never added again, so a merge of the
+            // same records twice changes nothing.
+            Brack_Data = rs.Text(QStringLiteral("D_F2"));
+            for (int i = 0; i < list.size(); i += 10) {
+                const QString record = list.mid(i, 10);
+                if (!Brack_Data.contains(record.left(6)))
+                    Brack_Data += record;
+            }
+            rs.Set(QStringLiteral("D_F2"), Brack_Data);
+        }
+        rs.Update();
+        rs.Close();
+        flag = -1;
+    });
+    return flag;
+}
+
+} // namespace vex

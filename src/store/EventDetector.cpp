@@ -1,0 +1,275 @@
+#include "store/EventDetector.h"
+
+#include "core/Cls_Config.h"
+#include "core/Err_Proc.h"
+#include "core/Mod_Main.h"
+#include "store/Cls_DB.h"
+#include "store/DayFile.h"
+
+#include <cmath>
+#include <vector>
+
+namespace vex {
+
+namespace {
+
+constexpr char kHex[] = "0123456789ABCDEF";
+
+inline void Put_Hex2(QChar* out, unsigned v)
+{
+    out[0] = QLatin1Char(kHex[(v >> 4) & 0xF]);
+    out[1] = QLatin1Char(kHex[v & 0xF]);
+}
+
+inline void Put_Dec2(QChar* out, int v)
+{
+    out[0] = QLatin1Char(char('0' + (v / 10) % 10));
+    out[1] = QLatin1Char(char('0' + v % 10));
+}
+
+// HHMMSS of second i of the day; hours by integer division, so the last
+// second of the day (86400) reads "240000".
+inline void Put_Time(QChar* out, int i)
+{
+    const int hh = i / 3600;
+    const int rest = i - hh * 3600;
+    Put_Dec2(out, hh);
+    Put_Dec2(out + 2, rest / 60);
+    Put_Dec2(out + 4, rest % 60);
+}
+
+// A period that the two machines keep: start and end time, seconds counted.
+struct Period {
+    QChar start[6];
+    QChar end[6];
+    int seconds;
+};
+
+// One event of quick acceleration or brake: time, speed before, speed after.
+void Append_Change(QString& list, int i, int before, int after)
+{
+    QChar rec[10];
+    Put_Time(rec, i);
+    Put_Hex2(rec + 6, unsigned(before));
+    Put_Hex2(rec + 8, unsigned(after));
+    list.append(rec, 10);
+}
+
+// Start, end and the duration as HHMMSS, two digits each part.
+void Append_Period(QString& list, const Period& p)
+{
+    QChar rec[18];
+    std::copy(p.start, p.start + 6, rec);
+    std::copy(p.end, p.end + 6, rec + 6);
+    const int h = p.seconds / 3600;
+    const int m = (p.seconds - h * 3600) / 60;
+    const int s = p.seconds - h * 3600 - m * 60;
+    Put_Dec2(rec + 12, h);
+    Put_Dec2(rec + 14, m);
+    Put_Dec2(rec + 16, s);
+    list.append(rec, 18);
+}
+
+} // namespace
+
+QString Dec_Hex1(int value)
+{
+    QChar out[2];
+    Put_Hex2(out, unsigned(value));
+    return QString(out, 2);
+}
+
+int Hex_Cell(const QString& series, int i)
+{
+    if (i < 0 || i + 1 >= series.size())
+        throw RunTimeError(QStringLiteral("Invalid procedure call or argument"));
+    int v = 0;
+    for (int k = 0; k < 2; ++k) {
+        const char16_t c = series[i + k].unicode();
+        int d;
+        if (c >= u'0' && c <= u'9')
+            d = c - u'0';
+        else if (c >= u'A' && c <= u'F')
+            d = c - u'A' + 10;
+        else if (c >= u'a' && c <= u'f')
+            d = c - u'a' + 10;
+        else
+            throw RunTimeError(QStringLiteral("Type mismatch: \"%1\" is no hexadecimal cell").arg(series.mid(i, 2)));
+        v = v * 16 + d;
+    }
+    return v;
+}
+
+DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint8_t> engine,
+                            const EventLimits& limits)
+{
+    if (speed.size() < size_t(kDayArray) || engine.size() < size_t(kDayArray))
+        throw RunTimeError(QStringLiteral("Subscript out of range: a day needs 86,401 entries"));
+
+    DayEvents out;
+
+    // Minute series: the largest speed and engine byte of each minute's 60
+    // seconds, minute 1 over seconds 1 to 60.
+    out.Sec_Data.resize(kSeriesChars);
+    out.Sec_RPM_Data.resize(kSeriesChars);
+    QChar* sp = out.Sec_Data.data();
+    QChar* rp = out.Sec_RPM_Data.data();
+    for (int m = 0; m < kDayMinutes; ++m) {
+        uint8_t vs = 0, ve = 0;
+        for (int s = m * 60 + 1; s <= m * 60 + 60; ++s) {
+            vs = std::max(vs, speed[s]);
+            ve = std::max(ve, engine[s]);
+        }
+        Put_Hex2(sp + 2 * m, vs);
+        Put_Hex2(rp + 2 * m, ve);
+    }
+
+    // Two machines with a counter each; periods kept until the lists are
+    // built. Days have few events, so the lists stay short.
+    std::vector<Period> overs, idles;
+    overs.reserve(16);
+    idles.reserve(16);
+    out.Acceleration_Data.reserve(200);
+    out.Brack_Data.reserve(200);
+
+    const float limit = limits.limit;
+    const long longSeconds = long(limits.longOverMinutes) * 60;
+    const long idleSeconds = long(limits.idleMinutes) * 60;
+    bool over = false, idle = false;
+    Period overNow{}, idleNow{};
+    int p = 0; // speed of the second before
+
+    for (int i = 1; i <= kDaySeconds; ++i) {
+        const int v = speed[i];
+        const int change = v - p;
+
+        if (change >= limits.quickAccel) {
+            ++out.Acceleration;
+            Append_Change(out.Acceleration_Data, i, p, v);
+        }
+        if (std::abs(change) >= limits.quickBrake && change < 0) {
+            ++out.Brack;
+            Append_Change(out.Brack_Data, i, p, v);
+        }
+
+        // Long overspeed. A period still open at second 86,399 is closed
+        // there: the day ends for it one second early.
+        const bool above = float(v) > limit;
+        if (!over) {
+            if (above) {
+                Put_Time(overNow.start, i);
+                overNow.seconds = 1;
+                over = true;
+            }
+        } else {
+            bool closing = !above;
+            if (above) {
+                ++overNow.seconds;
+                closing = (i == kDaySeconds - 1);
+            }
+            if (closing) {
+                if (overNow.seconds > longSeconds) {
+                    Put_Time(overNow.end, i);
+                    overs.push_back(overNow);
+                }
+                over = false;
+                overNow.seconds = 0;
+            }
+        }
+
+        // Idle: standing with the engine running. Nothing closes it at the
+        // end of the day, so a period still open at 23:59:59 is lost.
+        const bool idling = v == 0 && engine[i] > 0;
+        if (!idle) {
+            if (idling) {
+                Put_Time(idleNow.start, i);
+                idleNow.seconds = 1;
+                idle = true;
+            }
+        } else if (idling) {
+            ++idleNow.seconds;
+        } else {
+            if (idleNow.seconds > idleSeconds) {
+                Put_Time(idleNow.end, i);
+                idles.push_back(idleNow);
+            }
+            idle = false;
+            idleNow.seconds = 0;
+        }
+
+        p = v;
+    }
+
+    // Idle: one record a period, but a long idling counts once for each full
+    // threshold period it lasted.
+    out.Idle_Data.reserve(int(idles.size()) * 18);
+    long idleCount = long(idles.size());
+    for (const Period& e : idles) {
+        Append_Period(out.Idle_Data, e);
+        if (idleSeconds == 0)
+            throw RunTimeError(QStringLiteral("Division by zero"));
+        const long q = e.seconds / idleSeconds;
+        if (q > 1)
+            idleCount += q - 1;
+    }
+    if (idleCount > 32767)
+        throw RunTimeError(QStringLiteral("Overflow"));
+    out.Idle = int16_t(idleCount);
+
+    out.LkEngin_Data.reserve(int(overs.size()) * 18);
+    for (const Period& e : overs)
+        Append_Period(out.LkEngin_Data, e);
+    if (overs.size() > 32767)
+        throw RunTimeError(QStringLiteral("Overflow"));
+    out.LKEngin = int16_t(overs.size());
+    return out;
+}
+
+namespace {
+
+// The day file of car, driver and day through the detector into the summary
+// and its tables. The limit is B_Val3 unless the car has its own.
+int16_t Save_From_Day_File(Cls_DB& db, int16_t code, QString& car, QString& driver, QString& day)
+{
+    int16_t flag = 0;
+    const bool ok = Guarded(code, [&] {
+        const Cls_Config& cfg = *G().Config;
+        const DayFile file = Read_Day_File(Local_Path(Day_File_Name(car, driver, day)));
+
+        EventLimits limits;
+        limits.limit = float(cfg.B_Val3);
+        Recordset s1 = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
+        if (s1.RecordCount() > 0) {
+            const QVariant own = s1.Field(QStringLiteral("D_F10"));
+            if (!own.isNull() && !own.toString().isEmpty() && Val(own.toString()) > 0)
+                limits.limit = float(Val(own.toString()));
+        }
+        s1.Close();
+        limits.quickAccel = cfg.B_Val10;
+        limits.quickBrake = cfg.B_Val9;
+        limits.longOverMinutes = cfg.B_Val11;
+        limits.idleMinutes = cfg.B_Val12;
+
+        DayEvents ev = Detect_Day_Events(file.speed, file.engine, limits);
+        flag = db.DB_Save_D_D1(car, driver, ev.Sec_Data, day, ev.Acceleration, ev.Brack, ev.Idle, ev.Idle_Data,
+                               ev.Brack_Data, ev.Acceleration_Data, ev.LKEngin, ev.LkEngin_Data,
+                               ev.Sec_RPM_Data);
+    });
+    if (!ok && db.Msg_Box)
+        db.Msg_Box(QStringLiteral("분당 데이터 생성 에러"));
+    return ok ? flag : int16_t(0);
+}
+
+} // namespace
+
+int16_t Cls_DB::DB_Save_D_D1_file(QString& car, QString& driver, QString& day)
+{
+    return Save_From_Day_File(*this, 1096, car, driver, day);
+}
+
+int16_t Cls_DB::DB_Save_D_D12_file(QString& car, QString& driver, QString& day)
+{
+    return Save_From_Day_File(*this, 1097, car, driver, day);
+}
+
+} // namespace vex

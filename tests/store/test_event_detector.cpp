@@ -1,0 +1,110 @@
+// The events of a day of second data, found without a database.
+#include "core/Err_Proc.h"
+#include "store/EventDetector.h"
+
+#include <gtest/gtest.h>
+#include <vector>
+
+using namespace vex;
+
+namespace {
+
+struct Day {
+    std::vector<uint8_t> speed = std::vector<uint8_t>(kDayArray, 0);
+    std::vector<uint8_t> engine = std::vector<uint8_t>(kDayArray, 0);
+    void Speed(int from, int to, int v)
+    {
+        for (int s = from; s <= to; ++s)
+            speed[s] = uint8_t(v);
+    }
+    void Engine(int from, int to, int v)
+    {
+        for (int s = from; s <= to; ++s)
+            engine[s] = uint8_t(v);
+    }
+    DayEvents Run(const EventLimits& l = {}) const { return Detect_Day_Events(speed, engine, l); }
+};
+
+} // namespace
+
+TEST(EventDetector, ChangesOfExactlyTheThresholdCountAndMinutesTakeTheirMaxima)
+{
+    Day d; // accelerate by 8, by 7, brake by 9, by 6: only the threshold steps count
+    d.Speed(100, 199, 8);
+    d.Speed(200, 299, 15);
+    d.Speed(300, 399, 6);
+    d.Engine(61, 61, 0x30);
+    d.Engine(62, 62, 0x20);
+    const DayEvents e = d.Run();
+    EXPECT_EQ(e.Acceleration, 1);
+    EXPECT_EQ(e.Acceleration_Data, "0001400008"); // 00:01:40, from 0 to 8
+    EXPECT_EQ(e.Brack, 1);
+    EXPECT_EQ(e.Brack_Data, "0005000F06"); // 00:05:00, from 15 to 6
+
+    ASSERT_EQ(e.Sec_Data.size(), 2880);
+    // Minute 1 is seconds 1-60; a minute shows the largest second in it.
+    EXPECT_EQ(e.Sec_Data.mid(0, 16), "0008080F0F060600");
+    EXPECT_EQ(e.Sec_RPM_Data.mid(0, 6), "003000");
+    EXPECT_EQ(e.LKEngin, 0);
+    EXPECT_EQ(e.Idle, 0);
+    EXPECT_TRUE(e.LkEngin_Data.isEmpty());
+
+    // A drop from 255 is a quick brake like any other: the decoder cleans speeds.
+    Day f;
+    f.Speed(500, 500, 255);
+    const DayEvents g = f.Run();
+    EXPECT_EQ(g.Brack_Data, "000821FF00");
+    EXPECT_EQ(g.Acceleration_Data, "00082000FF");
+}
+
+TEST(EventDetector, LongOverspeedIsStrictlyAboveLimitAndLengthAndClosesAt86399)
+{
+    Day d; // limit 80, 3 minutes must be exceeded
+    d.Speed(1000, 1179, 81);   // 180 s: not long enough
+    d.Speed(2000, 2180, 81);   // 181 s
+    d.Speed(3000, 9000, 80);   // at the limit: not over
+    d.Speed(86000, 86400, 90); // through the end of the day
+    const DayEvents e = d.Run();
+    EXPECT_EQ(e.LKEngin, 2);
+    // Start, end (the first second below), duration; the last one ends at
+    // 23:59:59 with the seconds up to there.
+    EXPECT_EQ(e.LkEngin_Data, "003320" "003621" "000301"
+                              "235320" "235959" "000640");
+
+    EventLimits two;
+    two.longOverMinutes = 0; // every second above the limit is long enough
+    Day f;
+    f.Speed(10, 10, 81);
+    EXPECT_EQ(f.Run(two).LkEngin_Data, "000010000011000001");
+}
+
+TEST(EventDetector, IdleCountsOncePerFullThresholdAndIsLostAtTheEndOfTheDay)
+{
+    Day d; // idle threshold 5 minutes: 300 s must be exceeded
+    d.Engine(1, 86400, 40);
+    d.Speed(1, 999, 30);
+    d.Speed(1901, 1999, 30);   // idle 1000..1900: 901 s = 3 x 300 + 1
+    d.Speed(2300, 5000, 30);   // idle 2000..2299: exactly 300 s, not stored
+    // idle from 5001 to the end of the day: lost
+    const DayEvents e = d.Run();
+    EXPECT_EQ(e.Idle_Data, "001640" "003141" "001501");
+    EXPECT_EQ(e.Idle, 3);
+
+    // Standing without the engine is no idle.
+    Day off;
+    off.Engine(100, 2000, 0);
+    off.Engine(2001, 86400, 40);
+    off.Speed(2001, 86400, 20);
+    EXPECT_EQ(off.Run().Idle, 0);
+}
+
+TEST(EventDetector, BadInputIsARunTimeError)
+{
+    std::vector<uint8_t> shortDay(kDayArray - 1, 0), day(kDayArray, 0);
+    EXPECT_THROW(Detect_Day_Events(shortDay, day, {}), RunTimeError);
+    Day d;
+    d.Engine(100, 1000, 10);
+    EventLimits zero;
+    zero.idleMinutes = 0; // the count rule divides by the threshold
+    EXPECT_THROW(d.Run(zero), RunTimeError);
+}
