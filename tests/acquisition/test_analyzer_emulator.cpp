@@ -4,9 +4,8 @@
 #include "acquisition/PackImage.h"
 #include "core/Mod_Main.h"
 #include "platform/SerialPort.h"
+#include "support/Emulator.h"
 
-#include <QDeadlineTimer>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
 #include <gtest/gtest.h>
@@ -16,42 +15,7 @@ namespace {
 using vex::AnalyzerLink;
 using vex::PackImage;
 
-// One running emulator; stopped with SIGTERM when it goes.
-class Emulator {
-public:
-    Emulator(const QString& image, const QString& faults = {})
-    {
-        QStringList args{"--image", image};
-        if (!faults.isEmpty())
-            args << "--fault" << faults;
-        process_.start(QStringLiteral(VEX_ANALYZER_PATH), args);
-        QDeadlineTimer deadline(20000);
-        while (!process_.canReadLine() && !deadline.hasExpired()
-               && process_.state() != QProcess::NotRunning)
-            process_.waitForReadyRead(int(qMax<qint64>(1, deadline.remainingTime())));
-        tty_ = QString::fromLocal8Bit(process_.readLine()).trimmed();
-    }
-    ~Emulator()
-    {
-        process_.terminate();
-        if (!process_.waitForFinished(10000)) {
-            process_.kill();
-            process_.waitForFinished();
-        }
-    }
-    const QString& Tty() const { return tty_; }
-    // Exit code after a SIGTERM: the emulator ends cleanly.
-    int Stop()
-    {
-        process_.terminate();
-        process_.waitForFinished(10000);
-        return process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
-    }
-
-private:
-    QProcess process_;
-    QString tty_;
-};
+using vex::test::Emulator;
 
 class AnalyzerEmulatorTest : public ::testing::Test {
 protected:
