@@ -277,6 +277,7 @@ int16_t Cls_IO::Pack_File_Read(const QString& path)
 int16_t Cls_IO::Pack_File_Read1(const QString& path)
 {
     int16_t result = 0;
+    Cls_DB::Batch batch(*G().DB); // one commit a day; a failure keeps what was written
     Guarded(1135, [&] {
         Cls_DB& db = *G().DB;
         Cls_Config& cfg = *G().Config;

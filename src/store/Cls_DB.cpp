@@ -104,6 +104,22 @@ void Cls_DB::Execute(const QString& sql, const QVariantList& values)
         throw RunTimeError(q.lastError().text());
 }
 
+Cls_DB::Batch::Batch(Cls_DB& db) : name_(db.name_)
+{
+    // Only on SQLite: a server aborts the whole transaction at its first
+    // failing statement, and the rows before it would be lost.
+    if (db.open_ && db.target_.engine == Engine::Sqlite) {
+        QSqlDatabase conn = QSqlDatabase::database(name_, false);
+        open_ = conn.transaction();
+    }
+}
+
+Cls_DB::Batch::~Batch()
+{
+    if (open_)
+        QSqlDatabase::database(name_, false).commit();
+}
+
 void Cls_DB::Ensure_Schema()
 {
     if (!open_)

@@ -71,6 +71,22 @@ public:
     // which the calling routine's handler takes.
     Recordset DB_RSet_D_D(const QString& sql, const QVariantList& values = {}, int option = 1);
 
+    // A batch of writes in one transaction, for speed. End_Batch commits what
+    // was written, also after a failure half way: what a routine wrote
+    // before its handler ran stays written, batch or not. SQLite only; on a
+    // server each write commits by itself.
+    class Batch {
+    public:
+        explicit Batch(Cls_DB& db);
+        ~Batch();
+        Batch(const Batch&) = delete;
+        Batch& operator=(const Batch&) = delete;
+
+    private:
+        QString name_;
+        bool open_ = false;
+    };
+
     // A statement that returns no rows ("DELETE * FROM D_H").
     void Execute(const QString& sql, const QVariantList& values = {});
 
