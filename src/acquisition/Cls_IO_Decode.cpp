@@ -185,10 +185,12 @@ bool Cls_IO::Pack_SysFile_Read()
         const std::optional<SysReadRecord> rec = Read_SysRead(path);
         if (!rec)
             throw RunTimeError(QStringLiteral("cannot read ") + path);
-        // A short file leaves the rest of the fixed-width record blank.
-        QString check = Fixed(rec->SysCheckPack, 2), check1 = Fixed(rec->SysCheckPack1, 2);
-        QString insert = Fixed(rec->SysPackInsert, 10), lastWrite = Fixed(rec->SysPackLastWrite, 10),
-                dbWrite = Fixed(rec->SysDBWriteDate, 10);
+        // What a short file (an empty reply, a cut one) doesn't hold of the
+        // fixed record reads as zeros: such a page is refused by its check byte.
+        auto zeros = [](const QString& v, int width) { return v.leftJustified(width, QLatin1Char('0'), true); };
+        QString check = zeros(rec->SysCheckPack, 2), check1 = zeros(rec->SysCheckPack1, 2);
+        QString insert = zeros(rec->SysPackInsert, 10), lastWrite = zeros(rec->SysPackLastWrite, 10),
+                dbWrite = zeros(rec->SysDBWriteDate, 10);
 
         if (lastWrite != QLatin1String("0000000000") || insert != QLatin1String("0000000000")) {
             check = QStringLiteral("AA");
