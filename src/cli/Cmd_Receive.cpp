@@ -78,8 +78,7 @@ int Receive_Pack(Context& ctx)
         return 2;
 
     Globals& g = G();
-    SerialPort serial;
-    AnalyzerLink link(serial);
+    AnalyzerLink& link = *g.Link;
     const bool found = link.Find_Analyzer();
     Apply_Link_Result(found);
     ctx.out << Link_Status_Text(found) << " (" << Link_Panel4_Text(g.Link_Type) << ")\n";
@@ -88,7 +87,6 @@ int Receive_Pack(Context& ctx)
         return 2;
     }
     Cls_IO& io = *g.IO;
-    io.Link = &link;
     io.Message = [&](int id) { ctx.err << LoadResString(id) << "\n"; };
     io.Progress = [&](int done, int all, const QDate& d) {
         ctx.out << "read " << d.toString(QStringLiteral("yyMMdd")) << " (" << done << "/" << all << ")\n";
@@ -111,7 +109,6 @@ int Receive_Pack(Context& ctx)
     ctx.out << "pack reading: code " << code << "\n";
     Print_Inbox(ctx);
     ctx.out << "수신완료\n";
-    io.Link = nullptr;
     return 0;
 }
 

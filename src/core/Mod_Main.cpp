@@ -1,5 +1,6 @@
 #include "core/Mod_Main.h"
 
+#include "acquisition/AnalyzerLink.h"
 #include "acquisition/Cls_IO.h"
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
@@ -7,6 +8,7 @@
 #include "platform/AppFolder.h"
 #include "platform/FileSystem.h"
 #include "platform/IniFile.h"
+#include "platform/SerialPort.h"
 #include "store/Cls_DB.h"
 
 #include <QDir>
@@ -42,6 +44,8 @@ void Main_Start(const QString& appDir)
         QDir::setCurrent(appDir);
         g.DB_Server = Read_INI(QStringLiteral("MAIN"), QStringLiteral("MAIN SERVER"), ini);
         g.FS = std::make_unique<FileSystem>(appDir);
+        g.Port = std::make_unique<SerialPort>();
+        g.Link = std::make_unique<AnalyzerLink>(*g.Port);
         g.Prog_Title = QStringLiteral("VEX");
 
         // Without a data source none of the shared objects exists, and the
@@ -52,6 +56,7 @@ void Main_Start(const QString& appDir)
         }
         g.DB_Conn = QStringLiteral("DSN=") + g.DB_Server;
         g.IO = std::make_unique<Cls_IO>();
+        g.IO->Link = g.Link.get();
         g.Config = std::make_unique<Cls_Config>();
     });
 }
@@ -59,9 +64,13 @@ void Main_Start(const QString& appDir)
 void Main_Shutdown()
 {
     Globals& g = G();
+    if (g.Port && g.Port->isOpen())
+        g.Port->close();
     g.IO.reset();
     g.DB.reset();
     g.Config.reset();
+    g.Link.reset();
+    g.Port.reset();
 }
 
 void Status_Text(QString& text)

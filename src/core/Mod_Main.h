@@ -12,6 +12,8 @@
 
 namespace vex {
 
+class AnalyzerLink;
+class AnalyzerPort;
 class Cls_IO;
 class Cls_DB;
 class Cls_Config;
@@ -37,6 +39,9 @@ struct Globals {
     std::unique_ptr<Cls_DB> DB;
     std::unique_ptr<Cls_Config> Config;
     std::unique_ptr<FileSystem> FS;
+    // The one serial port of the program and the analyzer protocol on it.
+    std::unique_ptr<AnalyzerPort> Port;
+    std::unique_ptr<AnalyzerLink> Link;
 
     QString App_Dir;
     QString Pack_Mark1, Pack_Mark2, Pack_Mark3, Pack_Mark4, Pack_Mark5, Pack_Mark6;
@@ -63,8 +68,8 @@ Globals& G();
 // Start-up: marks, divisors, folder, INI, shared objects. appDir is the
 // application folder (what the original took from the program's own path).
 void Main_Start(const QString& appDir);
-// Drops the shared objects in the order IO, DB, Config (closing the link and
-// the connection on the way).
+// Closes the serial port if open, then drops the shared objects in the order
+// IO, DB, Config (closing the connection on the way).
 void Main_Shutdown();
 
 void Status_Text(QString& text);
