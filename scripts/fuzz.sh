@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the libFuzzer targets with clang and runs each for SECONDS (default
-# 60), seeded with a sample pack day and system page. Exits non-zero when a
+# 60), keeping each corpus under build-fuzz/corpus. Exits non-zero when a
 # target finds a crash; the reproducer is left in build-fuzz/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
