@@ -227,3 +227,14 @@ TEST(PackDecode, SystemPageDatesAreRepaired)
     EXPECT_EQ(db.SysCheckPack1, "11");
     EXPECT_EQ(db.SysCheckPack, "x");
 }
+
+TEST(PackDecode, AFailureHalfWayKeepsWhatWasWritten)
+{
+    test::AppSession app;
+    G().DB->Execute("DROP TABLE D_D7"); // the last save of the day will fail
+    Day day;
+    EXPECT_EQ(G().IO->Pack_File_Read1(day.File(app)), 0);
+    EXPECT_EQ(Stored("D_D1", "D_F5"), "0800");
+    EXPECT_EQ(Stored("D_D3", "D_F2").size(), 2880);
+    EXPECT_TRUE(Err_Last().contains("D_D7")) << Err_Last().toStdString();
+}
