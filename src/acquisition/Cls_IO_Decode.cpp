@@ -372,8 +372,10 @@ int16_t Cls_IO::Pack_File_Read1(const QString& path)
         if (!Is_Numeric(lkEngin))
             lkEngin = QStringLiteral("00");
 
-        Car_Code = car4 + QStringLiteral("00");
-        Drive_Code = driver4 + QStringLiteral("00");
+        // Six-character codes as the USB recorders give them: "00" and the
+        // pack's four, so that a car keeps one key whatever medium it used.
+        Car_Code = QStringLiteral("00") + car4;
+        Drive_Code = QStringLiteral("00") + driver4;
         Register_Car_And_Driver(db, Car_Code, Drive_Code, cfg.B_Val3);
 
         db.CarCode = Car_Code;

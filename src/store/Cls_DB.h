@@ -19,7 +19,7 @@ public:
     // ---- The decoded day: handed over from the decoders to the save
     // routines, and from the searches to the graphs. Texts of fixed widths
     // as the recorder delivers them (see the save routines for each).
-    QString CarCode;            // 6: recorder code of 4 + "00"
+    QString CarCode;            // 6: "00" + the recorder code of 4
     QString DriveCode;          // 6
     QString StartDay, EndDay;   // yyMMdd
     QString StartTime, EndTime; // HHmm

@@ -59,7 +59,7 @@ struct Day {
     }
 };
 
-QString Stored(const QString& table, const QString& field, const QString& key = "000100000200240305")
+QString Stored(const QString& table, const QString& field, const QString& key = "000001000002240305")
 {
     Recordset rs = G().DB->DB_RSet_D_D("SELECT * FROM " + table + " WHERE D_F1=?", {key});
     return rs.RecordCount() < 1 ? QString("<none>") : rs.Text(field);
@@ -83,9 +83,9 @@ TEST(PackDecode, AGoodDayIsStoredOnceWithItsSeriesAndRegistersItsCarAndDriver)
     EXPECT_EQ(Stored("D_D3", "D_F2").size(), 2880);
     EXPECT_EQ(Stored("D_D3", "D_F2").mid(960, 2), "3C");
     EXPECT_EQ(Stored("D_D7", "D_F2").mid(960, 2), "10");
-    EXPECT_EQ(Stored("S_D1", "D_F5", "000100"), "4.25");
-    EXPECT_EQ(Stored("S_D2", "D_F2", "000200"), "000200");
-    EXPECT_EQ(io.Car_Code, "000100");
+    EXPECT_EQ(Stored("S_D1", "D_F5", "000001"), "4.25");
+    EXPECT_EQ(Stored("S_D2", "D_F2", "000002"), "000002");
+    EXPECT_EQ(io.Car_Code, "000001");
 }
 
 TEST(PackDecode, CheckBytesAndErasedPages)

@@ -80,19 +80,19 @@ TEST(ReceivePack, ThirtyOneDaysThenNothingNewThenAChosenRange)
     {
         Cls_DB db(Parse_DB_Server("\\db\\morix.mdb", site));
         for (const auto& [day, want] : expected) {
-            Recordset rs = db.DB_RSet_D_D("SELECT * FROM D_D1 WHERE D_F1=?", {"000100000200" + day});
+            Recordset rs = db.DB_RSet_D_D("SELECT * FROM D_D1 WHERE D_F1=?", {"000001000002" + day});
             ASSERT_EQ(rs.RecordCount(), 1) << day.toStdString();
             EXPECT_EQ(rs.Text("D_F5"), want.start) << day.toStdString();
             EXPECT_EQ(rs.Text("D_F7"), want.end) << day.toStdString();
             EXPECT_EQ(rs.Field("D_F8").toInt(), want.tenths) << day.toStdString();
             EXPECT_EQ(rs.Field("D_F9").toInt(), want.accelerations) << day.toStdString();
             EXPECT_EQ(rs.Field("D_F10").toInt(), want.brakes) << day.toStdString();
-            EXPECT_EQ(db.DB_RSet_D_D("SELECT * FROM D_D3 WHERE D_F1=?", {"000100000200" + day})
+            EXPECT_EQ(db.DB_RSet_D_D("SELECT * FROM D_D3 WHERE D_F1=?", {"000001000002" + day})
                           .Text("D_F2")
                           .size(),
                       2880);
         }
-        EXPECT_EQ(db.DB_RSet_D_D("SELECT * FROM S_D1 WHERE D_F1=?", {"000100"}).RecordCount(), 1);
+        EXPECT_EQ(db.DB_RSet_D_D("SELECT * FROM S_D1 WHERE D_F1=?", {"000001"}).RecordCount(), 1);
     }
     // The pack now says it was read up to its last write.
     const QString lastDay = first.addDays(30).toString("yyMMdd");
@@ -114,7 +114,7 @@ TEST(ReceivePack, ThirtyOneDaysThenNothingNewThenAChosenRange)
     EXPECT_EQ(Sys_Field(image, SysPage::SysDBWriteDate), to + "2359");
     Cls_DB db(Parse_DB_Server("\\db\\morix.mdb", site));
     EXPECT_EQ(db.DB_RSet_D_D("SELECT * FROM D_D1 WHERE LEFT(D_F1,12)=? AND (RIGHT(D_F1,6)) >= ?",
-                             {"000100000200", first.toString("yyMMdd")})
+                             {"000001000002", first.toString("yyMMdd")})
                   .RecordCount(),
               31);
 }
