@@ -1,14 +1,18 @@
-// vexcli receive pack|inbox: the reception road without a window.
+// vexcli receive pack|usb|inbox: the reception road without a window.
 #include "cli/Commands.h"
+
+#include <QFileInfo>
 
 #include "acquisition/AnalyzerLink.h"
 #include "acquisition/Cls_IO.h"
 #include "acquisition/Inbox.h"
+#include "acquisition/UsbRecorder.h"
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
 #include "platform/SerialPort.h"
+#include "platform/UsbMedia.h"
 #include "store/Cls_DB.h"
 
 namespace vex::cli {
@@ -27,8 +31,32 @@ QString Day_Line(const Cls_DB& db)
         .arg(int(Val(db.LKEngin)));
 }
 
+// A stored day of the USB road, read back from its summary row, in the form
+// of Day_Line; empty when the day has no summary.
+QString Row_Line(const QString& key)
+{
+    QString line;
+    Guarded(1103, [&] {
+        Recordset rs = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE D_F1=?"), {key});
+        if (rs.RecordCount() < 1)
+            return;
+        auto T = [&](const char* f) { return rs.Text(QLatin1String(f)); };
+        line = QStringLiteral("stored %1 car %2 driver %3  %4-%5  %6 km  accel %7  brakes %8  overspeed %9  long %10")
+                   .arg(T("D_F4"), T("D_F2"), T("D_F3"), Time4_To_Text(T("D_F5")), Time4_To_Text(T("D_F7")))
+                   .arg(Val(T("D_F8")) / 10, 0, 'f', 1)
+                   .arg(int(Val(T("D_F9"))))
+                   .arg(int(Val(T("D_F10"))))
+                   .arg(int(Val(T("D_F11"))))
+                   .arg(int(Val(T("D_F13"))));
+        rs.Close();
+    });
+    return line;
+}
+
 void Print_Inbox(Context& ctx)
 {
+    Usb_Reception& usb = Usb_State();
+    QStringList printed;
     const int n = Inbox_Pass([&](const Inbox_File& f) {
         if (f.kind == QLatin1String("Vex") && f.result == 0)
             ctx.out << Day_Line(*G().DB) << "\n";
@@ -36,6 +64,15 @@ void Print_Inbox(Context& ctx)
             ctx.out << "refused " << f.name << " (check byte)\n";
         else
             ctx.out << (f.result == 0 ? "decoded " : "kept ") << f.name << "\n";
+        for (const QString& key : usb.stored) {
+            if (printed.contains(key))
+                continue;
+            const QString line = Row_Line(key);
+            if (line.isEmpty())
+                continue;
+            printed << key;
+            ctx.out << line << "\n";
+        }
         ctx.out.flush();
     });
     ctx.out << n << " file(s) decoded\n";
@@ -112,6 +149,97 @@ int Receive_Pack(Context& ctx)
     return 0;
 }
 
+constexpr const char* kUsbUsage =
+    "usage: vexcli receive usb --model 130|250|260 [--medium DIR] [--from YYMMDD --to YYMMDD]\n";
+
+// A YYMMDD of a month and a day that the reception can take as a date.
+bool Usb_Day(const QString& yymmdd)
+{
+    return yymmdd.size() == 6 && All_Digits(yymmdd) && yymmdd.mid(2, 2).toInt() >= 1 &&
+           yymmdd.mid(2, 2).toInt() <= 12 && yymmdd.mid(4, 2).toInt() >= 1 && yymmdd.mid(4, 2).toInt() <= 31;
+}
+
+int Receive_Usb(Context& ctx)
+{
+    const QString model = Option(ctx.args, QStringLiteral("--model"));
+    // Named before the start-up moves into the application folder.
+    QString folder = Option(ctx.args, QStringLiteral("--medium"));
+    if (!folder.isEmpty())
+        folder = QFileInfo(folder).absoluteFilePath();
+    const QString from = Option(ctx.args, QStringLiteral("--from"));
+    const QString to = Option(ctx.args, QStringLiteral("--to"));
+    if (model != QLatin1String("130") && model != QLatin1String("250") && model != QLatin1String("260")) {
+        ctx.err << "vexcli: --model takes 130, 250 or 260\n" << kUsbUsage;
+        return 2;
+    }
+    if (from.isEmpty() != to.isEmpty() || (!from.isEmpty() && (!Valid_Day(from) || !Valid_Day(to) || from > to))) {
+        ctx.err << "vexcli: --from and --to go together, as YYMMDD days, the first not after the second\n";
+        return 2;
+    }
+    if (!Start_App(ctx) || !Load_App_Settings(ctx))
+        return 2;
+
+    // Info step: the medium, its model, its identity, the last reception
+    // and the days it holds.
+    const Usb_Medium medium = Find_Usb_Medium(folder);
+    if (medium.root.isEmpty()) {
+        ctx.err << "vexcli: " << medium.message << "\n";
+        return 2;
+    }
+    const auto master = Read_Master(medium.Master());
+    if (!master) {
+        ctx.err << "vexcli: USB가 없읍니다!\n";
+        return 2;
+    }
+    if (model == QLatin1String("260")) {
+        // No reception of this model: its identity only.
+        ctx.out << "medium " << medium.root << "  model 260  car " << master->car << "  driver " << master->driver
+                << "  stamps " << master->start << " " << master->end << "\n";
+        return 0;
+    }
+    const QString refusal = Usb_Model_Refusal(model, medium.Log());
+    if (!refusal.isEmpty()) {
+        ctx.err << "vexcli: " << refusal << "\n";
+        return 2;
+    }
+    ctx.out << "medium " << medium.root << "  model " << model << "  car " << master->car << "  driver "
+            << master->driver << "  stamps " << master->start << " " << master->end << "\n";
+    const QString last = Last_Reception_Day(master->car);
+    ctx.out << "last reception " << last.left(2) << "-" << last.mid(2, 2) << "-" << last.mid(4, 2) << "\n";
+
+    QString oldest = master->start.left(6), newest = master->end.left(6);
+    if (!Usb_Day(oldest) || !Usb_Day(newest) || oldest == newest) {
+        const Usb_Days_Held held = Usb_Log_Days(medium.Log(), model, G().IO->Today_Date().year() % 100);
+        oldest = held.oldest;
+        newest = held.newest;
+    }
+    ctx.out << "days " << (oldest.isEmpty() ? QStringLiteral("-") : oldest) << " to "
+            << (newest.isEmpty() ? QStringLiteral("-") : newest) << "\n";
+
+    // Receive step.
+    Usb_Reception& state = Usb_State();
+    state = Usb_Reception{};
+    state.car = master->car;
+    state.driver = master->driver;
+    state.from = from.isEmpty() ? oldest : from;
+    state.to = to.isEmpty() ? newest : to;
+    if (model == QLatin1String("130")) {
+        const QString filed = File_Dat130(medium.Log(), master->car, G().IO->Today_Date());
+        if (filed.isEmpty()) {
+            ctx.err << "vexcli: the log could not be filed: " << Err_Last() << "\n";
+            return 2;
+        }
+        ctx.out << "filed " << QFileInfo(filed).fileName() << "\n";
+    } else if (!Decode_Dat250(medium.Log())) {
+        ctx.err << "vexcli: the log could not be read: " << Err_Last() << "\n";
+        return 2;
+    }
+    Print_Inbox(ctx);
+    ctx.out << "수신완료\n";
+    state = Usb_Reception{};
+    return 0;
+}
+
 } // namespace
 
 int Cmd_Receive(Context& ctx)
@@ -119,13 +247,15 @@ int Cmd_Receive(Context& ctx)
     const QString source = ctx.args.value(0);
     if (source == QLatin1String("pack"))
         return Receive_Pack(ctx);
+    if (source == QLatin1String("usb"))
+        return Receive_Usb(ctx);
     if (source == QLatin1String("inbox")) {
         if (!Start_App(ctx) || !Load_App_Settings(ctx))
             return 2;
         Print_Inbox(ctx);
         return 0;
     }
-    ctx.err << "vexcli: receive pack|inbox\n";
+    ctx.err << "vexcli: receive pack|usb|inbox\n";
     return 2;
 }
 

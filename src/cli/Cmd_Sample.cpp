@@ -1,8 +1,10 @@
 // vexcli sample MEDIUM ...: writes sample recorder media for trying the
 // reception without a vehicle. Each medium is a sub-command of its own.
 #include "acquisition/PackSampler.h"
+#include "acquisition/UsbSampler.h"
 #include "cli/Commands.h"
 
+#include <QFile>
 #include <QRegularExpression>
 
 namespace vex::cli {
@@ -12,6 +14,11 @@ namespace {
 constexpr const char* kPackUsage =
     "usage: vexcli sample pack --out IMAGE --car CCCC --driver DDDD --from YYMMDD --days N\n"
     "                          [--damage KIND]... [--seed S] [--last-read YYMMDDHHMM] [--cycles DIR]\n";
+
+constexpr const char* kUsbUsage =
+    "usage: vexcli sample usb --model 130|250 --out DIR --car CCCCCC --driver DDDDDD --from YYMMDD --days N\n"
+    "                         [--damage KIND]... [--seed S] [--cycles DIR]\n"
+    "       vexcli sample ntd --out FILE --car CCCCCC --driver DDDDDD --day YYMMDD [--seed S] [--cycles DIR]\n";
 
 // Options of the form "--name value" or "--name=value"; a name may repeat.
 class Options {
@@ -170,14 +177,102 @@ int Sample_Pack(Context& ctx, const QStringList& words)
     return 0;
 }
 
+int Bad_Usb(Context& ctx, const char* medium, const QString& why)
+{
+    ctx.err << "vexcli sample " << medium << ": " << why << "\n" << kUsbUsage;
+    return 2;
+}
+
+int Sample_Usb(Context& ctx, const QStringList& words)
+{
+    Options o;
+    QString why;
+    if (!o.Parse(words, {"model", "out", "car", "driver", "from", "days", "damage", "seed", "cycles"}, &why))
+        return Bad_Usb(ctx, "usb", why);
+    for (const char* required : {"model", "out", "car", "driver", "from", "days"})
+        if (!o.Has(QLatin1String(required)))
+            return Bad_Usb(ctx, "usb", QStringLiteral("--%1 is required").arg(QLatin1String(required)));
+    UsbSampleRequest r;
+    r.model = o.Last("model");
+    r.car = o.Last("car").toUpper();
+    r.driver = o.Last("driver").toUpper();
+    r.first = Parse_Day(o.Last("from"));
+    if (!r.first.isValid())
+        return Bad_Usb(ctx, "usb", "--from must be a date YYMMDD: " + o.Last("from"));
+    bool ok = false;
+    r.days = o.Last("days").toInt(&ok);
+    if (!ok)
+        return Bad_Usb(ctx, "usb", "--days must be a number from 1 to 31: " + o.Last("days"));
+    if (o.Has("seed")) {
+        r.seed = o.Last("seed").toULongLong(&ok);
+        if (!ok)
+            return Bad_Usb(ctx, "usb", "--seed must be a whole number: " + o.Last("seed"));
+    }
+    for (const QString& name : o.All("damage")) {
+        const auto kind = Usb_Damage_From_Name(name);
+        if (!kind) {
+            QStringList names;
+            for (const UsbDamageInfo& d : Usb_Damage_Kinds())
+                names << QLatin1String(d.name);
+            return Bad_Usb(ctx, "usb", "unknown damage " + name + "; one of: " + names.join(", "));
+        }
+        r.damage << *kind;
+    }
+    r.cyclesDir = o.Last("cycles");
+    QString error;
+    const auto sample = Make_Sample_Usb(r, &error);
+    if (!sample)
+        return Bad_Usb(ctx, "usb", error);
+    if (!Write_Usb_Medium(*sample, o.Last("out"), &error))
+        return Bad_Usb(ctx, "usb", error);
+    ctx.out << "model " << r.model << "  SPDR0403.dat " << sample->log.size() << " bytes\n";
+    for (const UsbSampleDay& d : sample->days)
+        ctx.out << d.date.toString(QStringLiteral("yyMMdd")) << "  " << Hh_Mm(d.startMinute) << "-"
+                << Hh_Mm(d.endMinute) << "  " << QString::number(d.metres / 1000.0, 'f', 1).rightJustified(6)
+                << " km  accelerations " << d.accelerations << "\n";
+    return 0;
+}
+
+int Sample_Ntd(Context& ctx, const QStringList& words)
+{
+    Options o;
+    QString why;
+    if (!o.Parse(words, {"out", "car", "driver", "day", "seed", "cycles"}, &why))
+        return Bad_Usb(ctx, "ntd", why);
+    for (const char* required : {"out", "car", "driver", "day"})
+        if (!o.Has(QLatin1String(required)))
+            return Bad_Usb(ctx, "ntd", QStringLiteral("--%1 is required").arg(QLatin1String(required)));
+    const QDate day = Parse_Day(o.Last("day"));
+    if (!day.isValid())
+        return Bad_Usb(ctx, "ntd", "--day must be a date YYMMDD: " + o.Last("day"));
+    uint64_t seed = 1;
+    if (o.Has("seed")) {
+        bool ok = false;
+        seed = o.Last("seed").toULongLong(&ok);
+        if (!ok)
+            return Bad_Usb(ctx, "ntd", "--seed must be a whole number: " + o.Last("seed"));
+    }
+    QString error;
+    const auto bytes = Make_Sample_Ntd(o.Last("car"), o.Last("driver"), day, seed, o.Last("cycles"), &error);
+    if (!bytes)
+        return Bad_Usb(ctx, "ntd", error);
+    QFile f(o.Last("out"));
+    if (!f.open(QIODevice::WriteOnly) || f.write(*bytes) != bytes->size())
+        return Bad_Usb(ctx, "ntd", "cannot write " + o.Last("out"));
+    ctx.out << "saved day " << day.toString(QStringLiteral("yyMMdd")) << "  car " << o.Last("car").toUpper()
+            << "  driver 00" << o.Last("driver").toUpper().right(4) << "  " << bytes->size() << " bytes\n";
+    return 0;
+}
+
 struct Medium {
     const char* name;
     int (*run)(Context&, const QStringList&);
 };
 
-// Further media (USB recorder files) join this table.
 const Medium kMedia[] = {
     {"pack", Sample_Pack},
+    {"usb", Sample_Usb},
+    {"ntd", Sample_Ntd},
 };
 
 } // namespace
@@ -191,6 +286,9 @@ int Cmd_Sample(Context& ctx)
     }
     ctx.err << "vexcli sample: name a medium\n" << kPackUsage << "damage kinds:\n";
     for (const PackDamageInfo& d : Pack_Damage_Kinds())
+        ctx.err << "  " << QString::fromLatin1(d.name).leftJustified(20) << d.what << "\n";
+    ctx.err << kUsbUsage << "damage kinds:\n";
+    for (const UsbDamageInfo& d : Usb_Damage_Kinds())
         ctx.err << "  " << QString::fromLatin1(d.name).leftJustified(20) << d.what << "\n";
     return 2;
 }

@@ -2,6 +2,7 @@
 
 #include "acquisition/AnalyzerLink.h"
 #include "acquisition/Cls_IO.h"
+#include "acquisition/UsbRecorder.h"
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
 #include "core/VbText.h"
@@ -57,6 +58,7 @@ void Main_Start(const QString& appDir)
         g.DB_Conn = QStringLiteral("DSN=") + g.DB_Server;
         g.IO = std::make_unique<Cls_IO>();
         g.IO->Link = g.Link.get();
+        Register_Usb_Decoders(); // the inbox pass knows every recording
         g.Config = std::make_unique<Cls_Config>();
     });
 }

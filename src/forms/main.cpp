@@ -1,15 +1,15 @@
-// vex: the desktop program. Until the login and the main window stand, it
-// opens the application folder and its database and says what it found.
-#include "core/Err_Proc.h"
+// vex: the desktop program. The login is its first window; the main window
+// follows a good login.
+#include "acquisition/UsbRecorder.h"
 #include "core/Mod_Main.h"
+#include "forms/Msg_Box.h"
+#include "forms/Screenshots.h"
+#include "forms/frm_Splash.h"
 #include "platform/AppFolder.h"
-#include "store/Cls_DB.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QMainWindow>
-#include <QMessageBox>
-#include <QStatusBar>
+#include <QTextStream>
 
 int main(int argc, char** argv)
 {
@@ -17,25 +17,26 @@ int main(int argc, char** argv)
     QCommandLineParser cli;
     cli.addHelpOption();
     cli.addOption({"app-dir", "The application folder (else $VEX_HOME, else ~/VEX).", "DIR"});
+    cli.addOption({"screenshots", "Render every window to PNG files in DIR and end.", "DIR"});
+    cli.addOption({"prefix", "File name prefix of the screenshots.", "TEXT", "vex"});
+    cli.addOption({"sample-rows", "With --screenshots: give empty registers a few sample rows first."});
     cli.process(app);
 
     const QString appDir = vex::Resolve_App_Dir(cli.value("app-dir"));
     QString reason;
     if (!vex::Init_App_Folder(appDir, &reason)) {
-        QMessageBox::critical(nullptr, "VEX", reason);
+        vex::forms::Msg_Box(reason, QMessageBox::Critical);
         return 1;
     }
-    vex::Main_Start(appDir);
-    vex::Globals& g = vex::G();
-    g.DB = std::make_unique<vex::Cls_DB>();
-
-    QMainWindow window;
-    window.setWindowTitle(g.Prog_Title);
-    window.resize(800, 600);
-    g.Status_Sink = [&window](const QString& text) { window.statusBar()->showMessage(text); };
-    QString status = g.DB->DB_State() == 1 ? appDir : vex::Err_Last();
-    vex::Status_Text(status);
-    window.show();
+    if (cli.isSet("screenshots")) {
+        const int n = vex::forms::Write_Screenshots(appDir, cli.value("screenshots"), cli.value("prefix"),
+                                                     cli.isSet("sample-rows"));
+        QTextStream(stdout) << n << " screenshot(s) written to " << cli.value("screenshots") << "\n";
+        vex::Main_Shutdown();
+        return n > 0 ? 0 : 1;
+    }
+    auto* login = new vex::forms::frm_Splash(appDir);
+    login->show();
     const int rc = app.exec();
     vex::Main_Shutdown();
     return rc;

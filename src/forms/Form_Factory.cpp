@@ -1,0 +1,51 @@
+// The windows this program has, by the names the tree and the buttons open
+// them by.
+#include "forms/Form_regio.h"
+#include "forms/Frm_drv.h"
+#include "forms/MDIForm_Main.h"
+#include "forms/frmPack_Read.h"
+#include "forms/frmPack_Read1.h"
+#include "forms/frmRegister_Car.h"
+#include "forms/frmRegister_Driver.h"
+#include "forms/frm_About.h"
+#include "forms/frm_Config.h"
+#include "forms/frm_Equipment.h"
+#include "forms/frm_Nosun.h"
+#include "forms/frm_Pack_check.h"
+
+#include <functional>
+#include <map>
+
+namespace vex::forms {
+
+namespace {
+
+template <class F>
+std::pair<const QString, std::function<Vex_Form*(QWidget*)>> Entry()
+{
+    return {QString::fromLatin1(F::kName), [](QWidget* parent) -> Vex_Form* { return new F(parent); }};
+}
+
+} // namespace
+
+Vex_Form* Create_Form(const QString& name, QWidget* parent)
+{
+    static const std::map<QString, std::function<Vex_Form*(QWidget*)>> factory = {
+        Entry<frmRegister_Car>(), Entry<frmRegister_Driver>(), Entry<frm_Equipment>(),
+        Entry<frm_Config>(),      Entry<Form_regio>(),         Entry<frm_Nosun>(),
+        Entry<frm_About>(),       Entry<Frm_drv>(),            Entry<frmPack_Read>(),
+        Entry<frmPack_Read1>(),   Entry<frm_Pack_check>(),
+    };
+    auto it = factory.find(name);
+    return it == factory.end() ? nullptr : it->second(parent);
+}
+
+QStringList Built_Forms()
+{
+    return {QStringLiteral("frmRegister_Car"), QStringLiteral("frmRegister_Driver"), QStringLiteral("frm_Equipment"),
+            QStringLiteral("frm_Config"),      QStringLiteral("Form_regio"),         QStringLiteral("frm_Nosun"),
+            QStringLiteral("frm_About"),       QStringLiteral("Frm_drv"),            QStringLiteral("frmPack_Read"),
+            QStringLiteral("frmPack_Read1"),   QStringLiteral("frm_Pack_check")};
+}
+
+} // namespace vex::forms

@@ -1,0 +1,89 @@
+#include "forms/Screenshots.h"
+
+#include "core/Mod_Main.h"
+#include "forms/MDIForm_Main.h"
+#include "forms/Msg_Box.h"
+#include "forms/Vex_Form.h"
+#include "forms/frm_Splash.h"
+#include "forms/logic/Register_Logic.h"
+#include "forms/logic/Routes_Logic.h"
+#include "store/Cls_DB.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPixmap>
+#include <QThread>
+
+namespace vex::forms {
+
+namespace {
+
+bool Save(QWidget* w, const QString& path)
+{
+    for (int i = 0; i < 5; ++i)
+        QApplication::processEvents();
+    return w->grab().save(path);
+}
+
+void Add_Sample_Rows()
+{
+    Cls_DB& db = *G().DB;
+    if (!Register_List(db, Car_Register()).rows.empty())
+        return;
+    const QStringList cars[] = {
+        {"123400", "A-01", "서울 12가 3456", "2024-03-02", "FF", "250", "4.25", "80", "3.0"},
+        {"123500", "A-02", "서울 34나 7890", "2023-11-15", "FF", "130", "4.25", "90", "3.0"},
+        {"220100", "B-11", "경기 56다 1122", "2025-01-20", "FF", "260", "4.25", "80", "2.8"},
+    };
+    for (const QStringList& c : cars)
+        Register_Save(db, Car_Register(), Adding, c);
+    const QStringList drivers[] = {
+        {"567800", "김민수", "E-1001", "800101-1234567", "11-22-333333-44", "02-555-0101"},
+        {"567900", "이영희", "E-1002", "850505-2345678", "11-23-444444-55", "02-555-0102"},
+    };
+    for (const QStringList& d : drivers)
+        Register_Save(db, Driver_Register(), Adding, d);
+    Register_Save(db, Equipment_Register(), Adding, {"엔진오일", "2026-10-01", "교환", "10000"}, "123400");
+    Register_Save(db, Equipment_Register(), Adding, {"타이어", "2026-09-12", "앞바퀴 2개", "40000"}, "123400");
+    Route_Save(db, QStringLiteral("101번"), QStringLiteral("80"), {"123400", "123500"}, {});
+}
+
+} // namespace
+
+int Write_Screenshots(const QString& appDir, const QString& dir, const QString& prefix, bool sampleRows)
+{
+    QDir().mkpath(dir);
+    Msg_Recorder boxes; // no modal box stops the run
+    Set_End_Hook([](int) {});
+    int n = 0;
+    auto path = [&](const QString& name) { return QDir(dir).filePath(prefix + QLatin1Char('_') + name + QStringLiteral(".png")); };
+
+    auto* splash = new frm_Splash(appDir);
+    splash->show();
+    n += Save(splash, path(QStringLiteral("frm_Splash")));
+    splash->cmdOK_Click();
+    MDIForm_Main* main = MDIForm_Main::Instance();
+    if (!main)
+        return n;
+    if (sampleRows && G().DB)
+        Add_Sample_Rows();
+    main->Node(14)->setSelected(true);
+    main->TreeView1->setCurrentItem(main->Node(14));
+    n += Save(main, path(QStringLiteral("MDIForm_Main")));
+    for (const QString& name : Built_Forms()) {
+        // The loading window is a reception's own, at its own size.
+        Vex_Form* f = name == QLatin1String("frm_Pack_check") ? Create_Form(name, main) : main->Open_Window(name);
+        if (f)
+            f->show();
+        if (!f)
+            continue;
+        n += Save(f, path(name));
+        f->close();
+        QApplication::processEvents();
+    }
+    Set_End_Hook({});
+    delete main;
+    return n;
+}
+
+} // namespace vex::forms

@@ -1,0 +1,242 @@
+#include "forms/logic/Reception_Logic.h"
+
+#include "acquisition/AnalyzerLink.h"
+#include "acquisition/Cls_IO.h"
+#include "acquisition/Inbox.h"
+#include "core/Err_Proc.h"
+#include "core/Messages.h"
+#include "core/Mod_Main.h"
+#include "core/VbText.h"
+#include "acquisition/UsbRecorder.h"
+#include "forms/logic/Usb_Drives.h"
+#include "platform/SerialPort.h"
+#include "store/Cls_DB.h"
+
+namespace vex::forms {
+
+Link_Session& Link_Session::Get()
+{
+    static Link_Session session;
+    return session;
+}
+
+Link_Session::Link_Session() : port_(std::make_unique<SerialPort>()), link_(std::make_unique<AnalyzerLink>(*port_))
+{
+}
+
+bool Link_Session::Connect()
+{
+    const bool found = link_->Find_Analyzer();
+    Apply_Link_Result(found);
+    return found;
+}
+
+AnalyzerLink& Link_Session::Link()
+{
+    return *link_;
+}
+
+void Link_Session::Close()
+{
+    port_->close();
+}
+
+QString Last_Reception_Day(Cls_DB& db, const QString& car4)
+{
+    QString day = QStringLiteral("000000");
+    Guarded(1103, [&] {
+        Recordset rs = db.DB_RSet_D_D(
+            QStringLiteral("SELECT * FROM D_D1 WHERE (LEFT(D_F1,6)) = ? ORDER BY D_F4 DESC"),
+            {QStringLiteral("00") + car4});
+        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
+            const QString d = rs.Text(QStringLiteral("D_F4"));
+            if (d.size() != 6 || !All_Digits(d))
+                continue;
+            const int yy = d.left(2).toInt(), mm = d.mid(2, 2).toInt(), dd = d.mid(4, 2).toInt();
+            if (yy != 0 && mm >= 1 && mm <= 12 && dd >= 1 && dd <= 31) {
+                day = d;
+                return;
+            }
+        }
+    });
+    return day;
+}
+
+QString Dashed_Day(const QString& yymmdd)
+{
+    return yymmdd.left(2) + QLatin1Char('-') + yymmdd.mid(2, 2) + QLatin1Char('-') + yymmdd.mid(4, 2);
+}
+
+QDateTime Stamp_Date_Time(const QString& stamp)
+{
+    if (stamp.size() < 10 || !All_Digits(stamp.left(10)))
+        return {};
+    const QDate d(2000 + stamp.left(2).toInt(), stamp.mid(2, 2).toInt(), stamp.mid(4, 2).toInt());
+    const QTime t(stamp.mid(6, 2).toInt(), stamp.mid(8, 2).toInt());
+    if (!d.isValid() || !t.isValid())
+        return {};
+    return QDateTime(d, t);
+}
+
+QString Text_Press_Connect()
+{
+    return QStringLiteral("분석기 연결버튼을 누르세요");
+}
+
+QString Text_No_Pack()
+{
+    return QStringLiteral("팩이 없거나 분석기 작동에 문제가 없습니다 ");
+}
+
+QString Text_Received()
+{
+    return QStringLiteral("수신완료");
+}
+
+Pack_Info Pack_Info_Step()
+{
+    Pack_Info info;
+    Globals& g = G();
+    if (g.Link_Type != 1 || !g.IO || !g.DB) {
+        info.message = Text_Press_Connect();
+        return info;
+    }
+    Cls_IO& io = *g.IO;
+    AnalyzerLink& link = Link_Session::Get().Link();
+    io.Link = &link;
+    io.Range_Selected = false;
+    link.Set_Pack_Car_Code(QStringLiteral("0000"));
+    if (!link.SIO_PackCheck()) {
+        info.message = Text_No_Pack();
+        return info;
+    }
+    info.carCode = link.Pack_Car_Code();
+    info.lastDay = Last_Reception_Day(*g.DB, info.carCode);
+    g.DB->SysDBWriteDate = info.lastDay;
+    if (io.Pack_SysReads()) {
+        info.from = Stamp_Date_Time(g.DB->SysPackInsert);
+        info.to = Stamp_Date_Time(g.DB->SysPackLastWrite);
+        info.haveDates = info.from.isValid() && info.to.isValid();
+    }
+    info.ok = true;
+    return info;
+}
+
+Pack_Receive Pack_Receive_Step(bool useRange, const QDate& from, const QDate& to,
+                               const std::function<void(int, int)>& progress)
+{
+    Pack_Receive r;
+    Globals& g = G();
+    if (g.Link_Type != 1 || !g.IO || !g.DB) {
+        r.message = Text_Press_Connect();
+        return r;
+    }
+    Cls_IO& io = *g.IO;
+    AnalyzerLink& link = Link_Session::Get().Link();
+    io.Link = &link;
+    if (!link.SIO_PackCheck()) {
+        r.message = Text_No_Pack();
+        return r;
+    }
+    io.Range_Selected = false;
+    if (useRange) {
+        io.Range_Selected = true;
+        const QString a = from.toString(QStringLiteral("yyMMdd"));
+        const QString b = to.toString(QStringLiteral("yyMMdd"));
+        g.DB->SysPackInsert = a + QStringLiteral("0000");
+        g.DB->SysDBWriteDate = a + QStringLiteral("0000");
+        g.DB->SysPackLastWrite = b + QStringLiteral("2359");
+    }
+    io.Progress = [&](int done, int all, const QDate&) {
+        if (progress)
+            progress(done, all);
+    };
+    r.code = io.Pack_Reads();
+    io.Progress = nullptr;
+    int files = 0;
+    r.decoded = Inbox_Pass([&](const Inbox_File&) {
+        ++files;
+        if (progress)
+            progress(files, 0);
+    });
+    r.ok = true;
+    r.message = Text_Received();
+    return r;
+}
+
+namespace {
+
+QDate Day_Of(const QString& yymmdd)
+{
+    if (yymmdd.size() < 6 || !All_Digits(yymmdd.left(6)))
+        return {};
+    return QDate(2000 + yymmdd.left(2).toInt(), yymmdd.mid(2, 2).toInt(), yymmdd.mid(4, 2).toInt());
+}
+
+} // namespace
+
+Usb_Info Usb_Info_Step(const QString& source, const QString& folder)
+{
+    Usb_Info info;
+    info.root = Has_Master(folder) ? folder : Find_Usb_Medium(Usb_Roots());
+    if (info.root.isEmpty()) {
+        info.message = Text_No_Usb();
+        return info;
+    }
+    if (source != QLatin1String("260")) {
+        const QString refusal = Usb_Model_Refusal(source, Spdr_Path(info.root));
+        if (!refusal.isEmpty()) {
+            info.message = refusal;
+            return info;
+        }
+    }
+    const auto master = Read_Master(Master_Path(info.root));
+    if (!master) {
+        info.message = Text_No_Records();
+        return info;
+    }
+    info.carCode = master->car;
+    Usb_State().car = master->car;
+    Usb_State().driver = master->driver;
+    info.ok = true;
+    if (source == QLatin1String("260"))
+        return info;
+    if (G().DB)
+        info.lastDay = Last_Reception_Day(*G().DB, info.carCode);
+    info.from = Day_Of(master->start);
+    info.to = Day_Of(master->end);
+    if (!info.from.isValid() || !info.to.isValid() || info.from == info.to) {
+        const Usb_Days_Held held = Usb_Log_Days(Spdr_Path(info.root), source, QDate::currentDate().year() % 100);
+        info.from = Day_Of(held.oldest);
+        info.to = Day_Of(held.newest);
+    }
+    info.haveDates = info.from.isValid() && info.to.isValid();
+    return info;
+}
+
+Pack_Receive Usb_Receive_Step(const QString& source, const QString& root, const QString& car, bool useRange,
+                              const QDate& from, const QDate& to)
+{
+    Pack_Receive r;
+    if (source == QLatin1String("260"))
+        return r;
+    Usb_Reception& state = Usb_State();
+    state.from = useRange ? from.toString(QStringLiteral("yyMMdd")) : QString();
+    state.to = useRange ? to.toString(QStringLiteral("yyMMdd")) : QString();
+    state.stored.clear();
+    if (source == QLatin1String("130")) {
+        if (File_Dat130(Spdr_Path(root), car, QDate::currentDate()).isEmpty()) {
+            r.message = Text_No_Records();
+            return r;
+        }
+    } else if (!Decode_Dat250(Spdr_Path(root))) {
+        r.message = Text_No_Records();
+        return r;
+    }
+    r.decoded = Inbox_Pass();
+    r.ok = true;
+    r.message = Text_Received();
+    return r;
+}
+
+} // namespace vex::forms

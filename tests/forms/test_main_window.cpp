@@ -1,0 +1,200 @@
+// The main window: the tree of functions and its dispatcher, the buttons,
+// the status bar, the database size test, Help and Exit.
+#include "GuiFixture.h"
+
+#include "core/Messages.h"
+#include "forms/Vex_Form.h"
+#include "forms/logic/Nav_Logic.h"
+
+#include <QFile>
+#include <QMouseEvent>
+
+namespace {
+
+using namespace vex;
+using namespace vex::forms;
+using vex::test::GuiTest;
+
+using MainWindowTest = GuiTest;
+
+void Double_Click(MDIForm_Main* m, int index)
+{
+    QTreeWidgetItem* item = m->Node(index);
+    ASSERT_NE(item, nullptr);
+    for (QTreeWidgetItem* p = item->parent(); p; p = p->parent())
+        p->setExpanded(true);
+    QApplication::processEvents();
+    m->TreeView1->doItemsLayout();
+    m->TreeView1->scrollToItem(item);
+    QApplication::processEvents();
+    const QRect r = m->TreeView1->visualItemRect(item);
+    // What a real double click delivers: press, release, double click, release.
+    QWidget* vp = m->TreeView1->viewport();
+    const QPointF at = r.center();
+    QTest::mouseClick(vp, Qt::LeftButton, {}, r.center());
+    QMouseEvent dbl(QEvent::MouseButtonDblClick, at, vp->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton,
+                    Qt::NoModifier);
+    QApplication::sendEvent(vp, &dbl);
+    QMouseEvent up(QEvent::MouseButtonRelease, at, vp->mapToGlobal(at), Qt::LeftButton, Qt::NoButton,
+                   Qt::NoModifier);
+    QApplication::sendEvent(vp, &up);
+}
+
+TEST_F(MainWindowTest, TreeHoldsTheFortyThreeNodes)
+{
+    MDIForm_Main* m = Login();
+    ASSERT_NE(m, nullptr);
+    int count = 0;
+    QTreeWidgetItemIterator it(m->TreeView1);
+    for (; *it; ++it)
+        ++count;
+    EXPECT_EQ(count, 43);
+    EXPECT_EQ(m->TreeView1->topLevelItemCount(), 9);
+    for (const Tree_Node& n : Tree_Nodes()) {
+        QTreeWidgetItem* item = m->Node(n.index);
+        ASSERT_NE(item, nullptr) << n.index;
+        EXPECT_EQ(item->data(0, Qt::UserRole + 1).toString(), n.key);
+        const QString parentKey = item->parent() ? item->parent()->data(0, Qt::UserRole + 1).toString() : "";
+        EXPECT_EQ(parentKey, n.parent) << n.index;
+    }
+    EXPECT_EQ(m->Node(1)->text(0), "파일");
+    EXPECT_EQ(m->Node(31)->text(0), "베터리전압 출력");
+    EXPECT_EQ(m->Node(43)->text(0), "VEX 버전");
+    EXPECT_TRUE(m->Node(5)->isExpanded());
+    EXPECT_FALSE(m->Node(1)->isExpanded());
+    EXPECT_EQ(m->SSCommand[6]->text(), LoadResString(1256));
+    EXPECT_EQ(m->SSCommand[9]->text(), "데이터 수신");
+    EXPECT_EQ(m->Panel[4]->text(), "ISA");
+}
+
+TEST_F(MainWindowTest, EnglishCaptionsBesideFixedKorean)
+{
+    qputenv("VEX_LANG", "en");
+    MDIForm_Main* m = Login();
+    ASSERT_NE(m, nullptr);
+    EXPECT_EQ(m->Node(1)->text(0), "File");
+    EXPECT_EQ(m->Node(14)->text(0), LoadResString(617, Lang::English));
+    EXPECT_EQ(m->Node(18)->text(0), "일일운행실태");
+    EXPECT_EQ(m->SSCommand[8]->text(), LoadResString(1257, Lang::English));
+    EXPECT_TRUE(m->Help_File().endsWith("Helpeng/VEXeng.html"));
+}
+
+TEST_F(MainWindowTest, DispatchByIndexOpensOneWindowEach)
+{
+    MDIForm_Main* m = Login();
+    ASSERT_NE(m, nullptr);
+    m->move(40, 30);
+
+    Double_Click(m, 14);
+    Vex_Form* car = Find_Form("frmRegister_Car");
+    ASSERT_NE(car, nullptr) << m->Node_Index(m->TreeView1->currentItem()) << " " << msgs.Last().toStdString()
+                            << " " << m->Node(2)->isExpanded();
+    EXPECT_TRUE(car->isVisible());
+    EXPECT_EQ(car->pos(), m->pos());
+
+    // A parent node has no action; the click still moves the highlight.
+    Double_Click(m, 2);
+    EXPECT_TRUE(msgs.seen.empty());
+    EXPECT_EQ(m->TreeView1->currentItem(), m->Node(2));
+
+    // Enter on a node runs it too; several windows stand open at once.
+    m->TreeView1->setCurrentItem(m->Node(38));
+    QTest::keyClick(m->TreeView1, Qt::Key_Return);
+    EXPECT_NE(Find_Form("frm_Config"), nullptr);
+    EXPECT_TRUE(car->isVisible());
+
+    // Opening again brings up the same window.
+    car->move(300, 300);
+    Double_Click(m, 14);
+    EXPECT_EQ(Find_Form("frmRegister_Car"), car);
+    EXPECT_EQ(car->pos(), m->pos());
+
+    // e9 is the section distance window, e10 the battery voltage option 8.
+    msgs.Clear();
+    Double_Click(m, 30);
+    ASSERT_EQ(msgs.seen.size(), 1u);
+    EXPECT_TRUE(msgs.Last().contains("frm_dayreport")) << msgs.Last().toStdString();
+    Double_Click(m, 31);
+    ASSERT_EQ(msgs.seen.size(), 2u);
+    EXPECT_TRUE(msgs.Last().contains("frmReport_Main (option 8)")) << msgs.Last().toStdString();
+    Double_Click(m, 22);
+    EXPECT_TRUE(msgs.Last().contains("frmReport_Main (option 0)"));
+    EXPECT_EQ(Tree_Action(29).option, 7);
+    EXPECT_EQ(Tree_Action(37).form, "frmReport_Reference");
+    EXPECT_EQ(Tree_Action(37).option, 5);
+    EXPECT_EQ(Tree_Action(10).dbType, 0);
+    EXPECT_EQ(Tree_Action(12).dbType, 2);
+    EXPECT_EQ(Tree_Action(5).kind, Nav_Action::None);
+    EXPECT_EQ(Tree_Action(44).kind, Nav_Action::None);
+
+    // The version window.
+    Double_Click(m, 43);
+    EXPECT_NE(Find_Form("frm_About"), nullptr);
+    EXPECT_TRUE(ends.empty());
+}
+
+TEST_F(MainWindowTest, ButtonsOpenTheirWindows)
+{
+    MDIForm_Main* m = Login();
+    ASSERT_NE(m, nullptr);
+    QTest::mouseClick(m->SSCommand[9], Qt::LeftButton);
+    EXPECT_NE(Find_Form("frmPack_Read1"), nullptr);
+    QTest::mouseClick(m->SSCommand[2], Qt::LeftButton);
+    EXPECT_NE(Find_Form("Frm_drv"), nullptr);
+    msgs.Clear();
+    QTest::mouseClick(m->SSCommand[4], Qt::LeftButton);
+    EXPECT_TRUE(msgs.Last().contains("frmReport_Main (option 1)"));
+    EXPECT_FALSE(Button_Action(4).optionChange);
+    EXPECT_TRUE(Button_Action(1).optionChange);
+    QTest::mouseClick(m->SSCommand[10], Qt::LeftButton);
+    EXPECT_TRUE(msgs.Last().contains("원격수신"));
+}
+
+TEST_F(MainWindowTest, HelpByLanguageAndExit)
+{
+    MDIForm_Main* m = Login();
+    ASSERT_NE(m, nullptr);
+    Double_Click(m, 42);
+    ASSERT_EQ(urls.size(), 1u);
+    EXPECT_EQ(urls[0].toLocalFile(), app.Path("Help/VEX.html"));
+    EXPECT_TRUE(QFile::exists(app.Path("Help/VEX.html")));
+
+    // A help path unknown to all three comparisons: Help does nothing.
+    m->Set_Help_File(app.Path("Help/other.html"));
+    Double_Click(m, 42);
+    EXPECT_EQ(urls.size(), 1u);
+    EXPECT_EQ(Help_File_For(app.Dir(), "French"), app.Path("Helpeng/VEXeng.html"));
+    EXPECT_EQ(Help_File_For(app.Dir(), "Chinese"), app.Path("Helpchinese/VEXchinese.html"));
+
+    Double_Click(m, 9);
+    ASSERT_EQ(ends.size(), 1u);
+    EXPECT_EQ(G().DB, nullptr) << "Exit runs Main_Shutdown";
+}
+
+TEST_F(MainWindowTest, DatabaseSizeTest)
+{
+    EXPECT_FALSE(DB_Size_Fires(1899999999));
+    EXPECT_TRUE(DB_Size_Fires(1900000000));
+    EXPECT_TRUE(DB_Size_Fires(-1));
+    // Lengths as the file system gives them, on sparse files.
+    const QString path = app.Path("big.mdb");
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(f.resize(1899999999));
+    EXPECT_FALSE(DB_Size_Fires(DB_File_Length(path)));
+    ASSERT_TRUE(f.resize(1900000000));
+    EXPECT_TRUE(DB_Size_Fires(DB_File_Length(path)));
+    ASSERT_TRUE(f.resize(qint64(3) << 30));
+    EXPECT_LT(DB_File_Length(path), 0);
+    f.close();
+
+    // A database of normal size: every activation passes without a word.
+    MDIForm_Main* m = Login();
+    ASSERT_NE(m, nullptr);
+    m->Form_Activate();
+    m->Form_Activate();
+    EXPECT_TRUE(msgs.seen.empty());
+    EXPECT_EQ(Live_DB_File(), app.Path("db/morix.mdb"));
+}
+
+} // namespace

@@ -1,0 +1,148 @@
+// The reception window against the analyzer emulator: connect, show what the
+// pack holds, receive it into the database, with and without a date range.
+#include "GuiFixture.h"
+
+#include "acquisition/AnalyzerLink.h"
+#include "forms/frmPack_Read1.h"
+#include "forms/logic/Reception_Logic.h"
+#include "support/CliRun.h"
+#include "support/Emulator.h"
+
+#include <QTemporaryDir>
+
+namespace {
+
+using namespace vex;
+using namespace vex::forms;
+using vex::test::GuiTest;
+
+class ReceptionTest : public GuiTest {
+protected:
+    void SetUp() override
+    {
+        GuiTest::SetUp();
+        savedPorts_ = qgetenv("VEX_SERIAL_PORTS");
+        hadPorts_ = qEnvironmentVariableIsSet("VEX_SERIAL_PORTS");
+        image_ = tmp_.filePath("pack.img");
+        // Three days of car 1234 and driver 5678 up to yesterday, the pack
+        // last read at the start of the first (a pack without that stamp is
+        // taken as read four days ago).
+        first_ = QDate::currentDate().addDays(-3);
+        const vex::test::CliRun r = vex::test::Vexcli(
+            {"sample", "pack", "--out", image_, "--car", "1234", "--driver", "5678", "--from", Day(first_), "--days",
+             "3", "--last-read", Day(first_) + "0000"});
+        ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    }
+    void TearDown() override
+    {
+        Link_Session::Get().Close();
+        G().Link_Type = 0;
+        if (hadPorts_)
+            qputenv("VEX_SERIAL_PORTS", savedPorts_);
+        else
+            qunsetenv("VEX_SERIAL_PORTS");
+        GuiTest::TearDown();
+    }
+    frmPack_Read1* Open_Reception()
+    {
+        MDIForm_Main* m = Login();
+        if (!m)
+            return nullptr;
+        QTest::mouseClick(m->SSCommand[9], Qt::LeftButton);
+        return static_cast<frmPack_Read1*>(Find_Form("frmPack_Read1"));
+    }
+    void Press(QPushButton* b) { QTest::mouseClick(b, Qt::LeftButton); }
+    int Days_Of_Car() { return Rows("SELECT * FROM D_D1 WHERE D_F2 = ?", {"001234"}); }
+
+    static QString Day(const QDate& d) { return d.toString("yyMMdd"); }
+
+    QTemporaryDir tmp_;
+    QString image_;
+    QDate first_;
+
+private:
+    QByteArray savedPorts_;
+    bool hadPorts_ = false;
+};
+
+TEST_F(ReceptionTest, PackFromTheAnalyzerEmulator)
+{
+    vex::test::Emulator emulator(image_);
+    ASSERT_TRUE(emulator.Tty().startsWith("/dev/")) << emulator.Tty().toStdString();
+    qputenv("VEX_SERIAL_PORTS", emulator.Tty().toLocal8Bit());
+    frmPack_Read1* f = Open_Reception();
+    ASSERT_NE(f, nullptr);
+    MDIForm_Main* m = MDIForm_Main::Instance();
+    EXPECT_EQ(f->windowTitle(), "데이터 수신");
+    EXPECT_EQ(f->Step(), "정보보기");
+    EXPECT_EQ(f->TDBDate1[0]->date(), QDate::currentDate());
+
+    // Not connected yet.
+    Press(f->Cmd_Save);
+    EXPECT_EQ(msgs.Last(), "분석기 연결버튼을 누르세요");
+    EXPECT_EQ(f->Step(), "정보보기");
+
+    Press(f->Command3);
+    EXPECT_EQ(G().Link_Type, 1);
+    EXPECT_EQ(m->Panel[4]->text(), "SIO");
+    EXPECT_EQ(m->Panel[1]->text(), "분석기 연결 완료");
+
+    // Info: the pack's car, no reception yet, the pack's period.
+    msgs.Clear();
+    Press(f->Cmd_Save);
+    EXPECT_TRUE(msgs.seen.empty()) << msgs.Last().toStdString();
+    EXPECT_EQ(f->Text2->text(), "1234");
+    EXPECT_EQ(f->Text1->text(), "00-00-00");
+    EXPECT_EQ(f->Step(), "수신");
+    EXPECT_EQ(f->TDBDate1[1]->date(), first_.addDays(2));
+    EXPECT_LE(f->TDBDate1[0]->date(), first_);
+
+    // Receive: three days stored, back to the first step.
+    Press(f->Cmd_Save);
+    EXPECT_EQ(msgs.Last(), "수신완료");
+    EXPECT_EQ(Days_Of_Car(), 3);
+    EXPECT_EQ(f->Step(), "정보보기");
+    EXPECT_EQ(f->ProgressBar1->value(), f->ProgressBar1->maximum());
+    EXPECT_FALSE(f->Busy());
+    EXPECT_EQ(Find_Form("frm_Pack_check"), nullptr) << "the loading window goes when done";
+
+    // The last reception is searched under "00" + the pack's car code, newest
+    // first: rows whose day has letters or a 13th month are passed over.
+    G().DB->Execute("INSERT INTO D_D1 (D_F1, D_F2, D_F4) VALUES ('0012345678ZZZZZZ', '001234', 'ABCDEF')");
+    G().DB->Execute("INSERT INTO D_D1 (D_F1, D_F2, D_F4) VALUES ('001234567800BBBB', '001234', '991340')");
+    Press(f->Cmd_Save);
+    EXPECT_EQ(f->Text1->text(), first_.addDays(2).toString("yy-MM-dd")) << "the newest real day";
+
+    // Another source clears the shown values and starts over; without a
+    // medium the USB source says so.
+    QTest::mouseClick(f->SSOption[2], Qt::LeftButton);
+    EXPECT_EQ(f->Source(), "130");
+    EXPECT_EQ(f->Step(), "정보보기");
+    EXPECT_EQ(f->Text2->text(), "");
+    msgs.Clear();
+    Press(f->Cmd_Save);
+    EXPECT_EQ(msgs.Last(), "USB가 없읍니다!");
+}
+
+TEST_F(ReceptionTest, EqualDatesOfTheRangeReadOneDay)
+{
+    vex::test::Emulator emulator(image_);
+    ASSERT_TRUE(emulator.Tty().startsWith("/dev/"));
+    qputenv("VEX_SERIAL_PORTS", emulator.Tty().toLocal8Bit());
+    frmPack_Read1* f = Open_Reception();
+    ASSERT_NE(f, nullptr);
+    Press(f->Command3);
+    ASSERT_EQ(G().Link_Type, 1);
+    Press(f->Cmd_Save);
+    ASSERT_EQ(f->Step(), "수신");
+    QTest::mouseClick(f->Check1, Qt::LeftButton, {}, QPoint(8, f->Check1->height() / 2));
+    ASSERT_TRUE(f->Check1->isChecked());
+    f->TDBDate1[0]->setDate(first_.addDays(1));
+    f->TDBDate1[1]->setDate(first_.addDays(1));
+    Press(f->Cmd_Save);
+    EXPECT_EQ(msgs.Last(), "수신완료");
+    EXPECT_EQ(Days_Of_Car(), 1);
+    EXPECT_EQ(Rows("SELECT * FROM D_D1 WHERE D_F4 = ?", {Day(first_.addDays(1))}), 1);
+}
+
+} // namespace
