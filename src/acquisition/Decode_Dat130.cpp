@@ -267,6 +267,7 @@ void dd1_File_Read(const QString& car, const QString& driver, const QString& dat
 
 bool Decode_Dat130(const QString& path)
 {
+    Cls_DB::Batch batch(*G().DB); // one commit for the file; a failure keeps what was written
     QByteArray bytes;
     const bool read = Guarded(kErrHex2, [&] {
         QFile f(path);

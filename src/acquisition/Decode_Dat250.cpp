@@ -118,6 +118,7 @@ bool Decode_Dat250(const QString& path)
 
 bool Decode_Ntd(const QString& path)
 {
+    Cls_DB::Batch batch(*G().DB); // one commit for the file; a failure keeps what was written
     QByteArray bytes;
     if (!Guarded(kErrHex2, [&] {
             QFile f(path);
