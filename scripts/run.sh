@@ -1,14 +1,33 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs the main job on the embedded
-# database: makes the application folder ready and shows what it holds.
-# The folder is $VEX_HOME, else ~/VEX.
+# Installs what is missing, builds, and runs the program on the embedded
+# database. The application folder is $VEX_HOME, else ~/VEX; beside its
+# database it gets a sample USB medium (model 250, the last seven days) that
+# the reception dialog ("데이터 수신", source "사각 USB(250)") finds as the
+# drive. With a display the desktop program starts (log in with
+# qemba/qemba); without one the headless job shows the folder's database,
+# receives the sample medium and shows one stored day.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 BUILD=${VEX_BUILD_DIR:-$PWD/build}
+APP=${VEX_HOME:-$HOME/VEX}
 
 bash scripts/install-deps.sh
 cmake -S . -B "$BUILD" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
-cmake --build "$BUILD" -j"$(nproc)" --target vexcli vex
+cmake --build "$BUILD" -j"$(nproc)" --target vexcli vex vex-analyzer
 
-"$BUILD/src/vexcli" init
-"$BUILD/src/vexcli" show
+VEXCLI="$BUILD/src/vexcli --app-dir $APP"
+$VEXCLI init
+MEDIUM="$APP/sample-medium"
+if [ ! -f "$MEDIUM/Master00.dat" ]; then
+  $VEXCLI sample usb --model 250 --out "$MEDIUM" --car 001234 --driver 005678 \
+    --from "$(date -d '-7 days' +%y%m%d)" --days 7
+fi
+export VEX_USB_ROOTS="$MEDIUM"
+
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+  exec "$BUILD/src/vex" --app-dir "$APP"
+fi
+echo "run.sh: no display; the headless job instead"
+$VEXCLI show
+$VEXCLI receive usb --model 250 --medium "$MEDIUM"
+$VEXCLI day 001234 005678 "$(date -d '-1 days' +%y%m%d)"

@@ -50,6 +50,8 @@ QString Usb_Medium::Driver_File() const
 
 QStringList Usb_Candidates()
 {
+    if (qEnvironmentVariableIsSet("VEX_USB_ROOTS"))
+        return qEnvironmentVariable("VEX_USB_ROOTS").split(QLatin1Char(':'), Qt::SkipEmptyParts);
     QStringList out;
     auto Add = [&](const QString& path) {
         const QString clean = QDir::cleanPath(path);

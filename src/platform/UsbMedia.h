@@ -21,6 +21,7 @@ struct Usb_Medium {
 // Folders that may be a medium: the mounted volumes that are removable or
 // lie under /media, /run/media or /mnt, and the folders one and two levels
 // below those three (where desktops mount drives by user and label).
+// VEX_USB_ROOTS, ':'-separated folders, takes their place when set.
 QStringList Usb_Candidates();
 
 // The medium: the folder the user named when it holds Master00.dat

@@ -1,43 +1,34 @@
 #include "forms/logic/Usb_Drives.h"
 
-#include <QDir>
+#include "platform/UsbMedia.h"
+
 #include <QFileInfo>
-#include <QStorageInfo>
 
 namespace vex::forms {
 
 QStringList Usb_Roots()
 {
-    if (qEnvironmentVariableIsSet("VEX_USB_ROOTS"))
-        return qEnvironmentVariable("VEX_USB_ROOTS").split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    QStringList roots;
-    for (const QStorageInfo& v : QStorageInfo::mountedVolumes()) {
-        const QString r = v.rootPath();
-        if (v.isValid() && v.isReady()
-            && (r.startsWith(QLatin1String("/media/")) || r.startsWith(QLatin1String("/run/media/"))))
-            roots << r;
-    }
-    return roots;
+    return Usb_Candidates();
 }
 
 QString Master_Path(const QString& folder)
 {
-    return QDir(folder).filePath(QStringLiteral("Master00.dat"));
+    return Medium_File(folder, QStringLiteral("Master00.dat"));
 }
 
 QString Spdr_Path(const QString& folder)
 {
-    return QDir(folder).filePath(QStringLiteral("SPDR0403.dat"));
+    return Medium_File(folder, QStringLiteral("SPDR0403.dat"));
 }
 
 QString Driverid_Path(const QString& folder)
 {
-    return QDir(folder).filePath(QStringLiteral("Driverid.dat"));
+    return Medium_File(folder, QStringLiteral("Driverid.dat"));
 }
 
 bool Has_Master(const QString& folder)
 {
-    return !folder.isEmpty() && QFileInfo::exists(Master_Path(folder));
+    return !folder.isEmpty() && QFileInfo(Master_Path(folder)).isFile();
 }
 
 QString Find_Usb_Medium(const QStringList& roots)

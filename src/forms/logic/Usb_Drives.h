@@ -6,8 +6,8 @@
 
 namespace vex::forms {
 
-// Roots of the mounted removable volumes (under /media and /run/media, where the desktop mounts them);
-// VEX_USB_ROOTS (':'-separated folders) takes their place when set.
+// Folders that may hold a medium (the platform's candidates; VEX_USB_ROOTS,
+// ':'-separated folders, takes their place when set).
 QStringList Usb_Roots();
 // The first root that holds Master00.dat, or empty.
 QString Find_Usb_Medium(const QStringList& roots);
