@@ -1,6 +1,7 @@
 #include "acquisition/Cls_IO.h"
 
 #include "core/Err_Proc.h"
+#include "core/VbText.h"
 
 #include <limits>
 #include <string>
@@ -31,14 +32,7 @@ constexpr int kMaxBitDigits = 101;
 // Value of one digit character in base, or -1 when it isn't one.
 int Digit_Value(QChar c, int base)
 {
-    const char16_t u = c.unicode();
-    int v = -1;
-    if (u >= u'0' && u <= u'9')
-        v = u - u'0';
-    else if (u >= u'A' && u <= u'F')
-        v = u - u'A' + 10;
-    else if (u >= u'a' && u <= u'f')
-        v = u - u'a' + 10;
+    const int v = Hex_Digit(c);
     return v < base ? v : -1;
 }
 

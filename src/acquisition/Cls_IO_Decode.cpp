@@ -29,12 +29,14 @@ constexpr int kCells = 1440;
 // counts as 0, as the failed conversion leaves it.
 int Hex_Value(const QString& cell)
 {
-    bool ok = false;
-    const int v = cell.toInt(&ok, 16);
-    return ok && !cell.contains(QLatin1Char(' ')) && !cell.contains(QLatin1Char('+'))
-                   && !cell.contains(QLatin1Char('-'))
-               ? v
-               : 0;
+    int v = 0;
+    for (QChar c : cell) {
+        const int d = Hex_Digit(c);
+        if (d < 0)
+            return 0;
+        v = v * 16 + d;
+    }
+    return v;
 }
 
 QString Cell(const QString& series, int m) // m from 0
@@ -87,27 +89,6 @@ int Speed_Limit(Cls_DB& db, const QString& car4)
         return 80;
     const QVariant v = rs.Field(QStringLiteral("D_F10"));
     return v.isNull() ? 80 : int(Val(v.toString()));
-}
-
-void Register_Car_And_Driver(Cls_DB& db, const QString& car, const QString& driver, int16_t standardSpeed)
-{
-    Recordset cars = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
-    if (cars.RecordCount() < 1) {
-        cars.AddNew();
-        cars.Set(QStringLiteral("D_F1"), car);
-        cars.Set(QStringLiteral("D_F5"), QStringLiteral("4.25"));
-        cars.Set(QStringLiteral("D_F8"), QStringLiteral("FF"));
-        cars.Set(QStringLiteral("D_F7"), QStringLiteral("3.0"));
-        cars.Set(QStringLiteral("D_F10"), QString::number(standardSpeed));
-        cars.Update();
-    }
-    Recordset drivers = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D2 WHERE D_F1=?"), {driver});
-    if (drivers.RecordCount() < 1) {
-        drivers.AddNew();
-        drivers.Set(QStringLiteral("D_F1"), driver);
-        drivers.Set(QStringLiteral("D_F2"), driver);
-        drivers.Update();
-    }
 }
 
 // The ten brake records that hold digits for their time and plausible
@@ -376,7 +357,8 @@ int16_t Cls_IO::Pack_File_Read1(const QString& path)
         // pack's four, so that a car keeps one key whatever medium it used.
         Car_Code = QStringLiteral("00") + car4;
         Drive_Code = QStringLiteral("00") + driver4;
-        Register_Car_And_Driver(db, Car_Code, Drive_Code, cfg.B_Val3);
+        db.Register_Car(Car_Code, cfg.B_Val3);
+        db.Register_Driver(Drive_Code);
 
         db.CarCode = Car_Code;
         db.DriveCode = Drive_Code;

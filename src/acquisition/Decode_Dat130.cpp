@@ -62,30 +62,14 @@ void Merge_Series(Cls_DB& db, const QString& table, const QString& key, const QS
 // first sight.
 void Ensure_Registers(Cls_DB& db, const QString& car, const QString& driver)
 {
-    const Cls_Config& cfg = *G().Config;
-    Recordset c = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
-    if (c.RecordCount() < 1) {
-        c.AddNew();
-        c.Set(QStringLiteral("D_F1"), car);
-        c.Set(QStringLiteral("D_F5"), QStringLiteral("4.25"));
-        c.Set(QStringLiteral("D_F6"), QStringLiteral("130"));
-        c.Set(QStringLiteral("D_F8"), QStringLiteral("FF"));
-        c.Set(QStringLiteral("D_F7"), QStringLiteral("3.0"));
-        c.Set(QStringLiteral("D_F10"), QString::number(cfg.B_Val3));
-        c.Update();
-    } else if (c.Text(QStringLiteral("D_F6")) != QLatin1String("130")) {
-        c.Set(QStringLiteral("D_F6"), QStringLiteral("130"));
-        c.Update();
+    if (!db.Register_Car(car, G().Config->B_Val3, QStringLiteral("130"))) {
+        Recordset c = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
+        if (c.RecordCount() > 0 && c.Text(QStringLiteral("D_F6")) != QLatin1String("130")) {
+            c.Set(QStringLiteral("D_F6"), QStringLiteral("130"));
+            c.Update();
+        }
     }
-    c.Close();
-    Recordset d = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D2 WHERE D_F1=?"), {driver});
-    if (d.RecordCount() < 1) {
-        d.AddNew();
-        d.Set(QStringLiteral("D_F1"), driver);
-        d.Set(QStringLiteral("D_F2"), driver);
-        d.Update();
-    }
-    d.Close();
+    db.Register_Driver(driver);
 }
 
 // The three minute series of a day as the hours of a log arrive, merged

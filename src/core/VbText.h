@@ -18,6 +18,9 @@ bool Is_Numeric(const QString& text);
 // True when text is not empty and every character is a decimal digit.
 bool All_Digits(const QString& text);
 
+// Value of a hexadecimal digit (capital or small), or -1 for any other character.
+int Hex_Digit(QChar c);
+
 // A fixed-width field: a shorter value is padded with blanks on the right, a
 // longer one cut on the right.
 QString Fixed(const QString& value, int width);

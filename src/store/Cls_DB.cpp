@@ -120,6 +120,35 @@ Cls_DB::Batch::~Batch()
         QSqlDatabase::database(name_, false).commit();
 }
 
+bool Cls_DB::Register_Car(const QString& car, int16_t standardSpeed, const QString& model)
+{
+    Recordset rs = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
+    if (rs.RecordCount() > 0)
+        return false;
+    rs.AddNew();
+    rs.Set(QStringLiteral("D_F1"), car);
+    rs.Set(QStringLiteral("D_F5"), QStringLiteral("4.25"));
+    if (!model.isEmpty())
+        rs.Set(QStringLiteral("D_F6"), model);
+    rs.Set(QStringLiteral("D_F8"), QStringLiteral("FF"));
+    rs.Set(QStringLiteral("D_F7"), QStringLiteral("3.0"));
+    rs.Set(QStringLiteral("D_F10"), QString::number(standardSpeed));
+    rs.Update();
+    return true;
+}
+
+bool Cls_DB::Register_Driver(const QString& driver)
+{
+    Recordset rs = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D2 WHERE D_F1=?"), {driver});
+    if (rs.RecordCount() > 0)
+        return false;
+    rs.AddNew();
+    rs.Set(QStringLiteral("D_F1"), driver);
+    rs.Set(QStringLiteral("D_F2"), driver);
+    rs.Update();
+    return true;
+}
+
 void Cls_DB::Ensure_Schema()
 {
     if (!open_)

@@ -93,6 +93,14 @@ public:
     // Creates missing tables and the delivered settings rows.
     void Ensure_Schema();
 
+    // Cars and drivers register themselves at first sight. A new car gets
+    // the factory settings (engine factor "4.25", "FF", "3.0"), the standard
+    // speed standardSpeed and, when given, the recorder model; a new driver
+    // has its code for a name. True when the row was added. Throws as any
+    // recordset does.
+    bool Register_Car(const QString& car, int16_t standardSpeed, const QString& model = QString());
+    bool Register_Driver(const QString& driver);
+
     // ==== Ingest of a decoded day ===========================================
     // The save routines that turn a decoded day into rows, day files and
     // monthly tables. Each runs under its own handler code: a run-time error

@@ -175,28 +175,9 @@ int16_t Cls_DB::DB_Save_D_D1(QString& car, QString& driver, QString& secData, QS
         rs.Close();
 
         // 8. Cars and drivers register themselves at first sight.
-        if (!carKnown) {
-            Recordset c = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
-            if (c.RecordCount() < 1) {
-                c.AddNew();
-                c.Set(QStringLiteral("D_F1"), car);
-                c.Set(QStringLiteral("D_F5"), QStringLiteral("4.25"));
-                c.Set(QStringLiteral("D_F6"), QStringLiteral("250"));
-                c.Set(QStringLiteral("D_F8"), QStringLiteral("FF"));
-                c.Set(QStringLiteral("D_F7"), QStringLiteral("3.0"));
-                c.Set(QStringLiteral("D_F10"), QString::number(cfg.B_Val3));
-                c.Update();
-            }
-            c.Close();
-        }
-        Recordset d = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D2 WHERE D_F1=?"), {driver});
-        if (d.RecordCount() < 1) {
-            d.AddNew();
-            d.Set(QStringLiteral("D_F1"), driver);
-            d.Set(QStringLiteral("D_F2"), driver);
-            d.Update();
-        }
-        d.Close();
+        if (!carKnown)
+            Register_Car(car, cfg.B_Val3, QStringLiteral("250"));
+        Register_Driver(driver);
 
         // 9. The series, replaced whole.
         Save_Text_Row(*this, QStringLiteral("D_D3"), key, secData);

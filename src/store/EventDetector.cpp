@@ -85,15 +85,8 @@ int Hex_Cell(const QString& series, int i)
         throw RunTimeError(QStringLiteral("Invalid procedure call or argument"));
     int v = 0;
     for (int k = 0; k < 2; ++k) {
-        const char16_t c = series[i + k].unicode();
-        int d;
-        if (c >= u'0' && c <= u'9')
-            d = c - u'0';
-        else if (c >= u'A' && c <= u'F')
-            d = c - u'A' + 10;
-        else if (c >= u'a' && c <= u'f')
-            d = c - u'a' + 10;
-        else
+        const int d = Hex_Digit(series[i + k]);
+        if (d < 0)
             throw RunTimeError(QStringLiteral("Type mismatch: \"%1\" is no hexadecimal cell").arg(series.mid(i, 2)));
         v = v * 16 + d;
     }
