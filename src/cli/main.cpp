@@ -15,10 +15,13 @@ const Command kCommands[] = {
     {"init", "init", "create the application folder if it is new and show where it is", Cmd_Init},
     {"show", "show", "show the database tables, their row counts and the settings row", Cmd_Show},
     {"dump", "dump FILE", "print a pack file (.Vex) as the dump view", Cmd_Dump},
-    {"receive", "receive pack [--port N] [--from YYMMDD --to YYMMDD] | receive inbox",
-     "read a memory pack through the analyzer and store its days; decode what waits in \\new", Cmd_Receive},
+    {"receive", "receive pack|usb|inbox ...",
+     "pack [--port N] [--from YYMMDD --to YYMMDD]: read a memory pack through the analyzer; "
+     "usb --model 130|250 [--medium DIR] [--from --to]: a USB medium; inbox: decode what waits in \\new",
+     Cmd_Receive},
     {"day", "day CARCODE DRIVERCODE YYMMDD", "show what is stored of one day", Cmd_Day},
-    {"sample", "sample pack --out IMAGE ...", "write a sample memory pack image", Cmd_Sample},
+    {"sample", "sample pack|usb|ntd --out ...", "write a sample memory pack image, USB medium or saved day",
+     Cmd_Sample},
 };
 
 void Usage(QTextStream& s)
