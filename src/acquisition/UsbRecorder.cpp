@@ -139,27 +139,6 @@ Usb_Days_Held Usb_Log_Days(const QString& spdrPath, const QString& model, int th
     return held;
 }
 
-QString Last_Reception_Day(const QString& car)
-{
-    QString day = QStringLiteral("000000");
-    Guarded(1103, [&] {
-        Recordset rs =
-            G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE D_F2=? ORDER BY D_F4 DESC"), {car});
-        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-            const QString d = rs.Text(QStringLiteral("D_F4"));
-            if (d.size() != 6 || !All_Digits(d) || d.left(2) == QLatin1String("00"))
-                continue;
-            const int month = d.mid(2, 2).toInt(), dom = d.mid(4, 2).toInt();
-            if (month >= 1 && month <= 12 && dom >= 1 && dom <= 31) {
-                day = d;
-                break;
-            }
-        }
-        rs.Close();
-    });
-    return day;
-}
-
 Usb_Reception& Usb_State()
 {
     static Usb_Reception state;

@@ -80,11 +80,6 @@ struct Usb_Days_Held {
 };
 Usb_Days_Held Usb_Log_Days(const QString& spdrPath, const QString& model, int thisYear);
 
-// The day of the last reception of a car (six characters): the newest D_F4
-// of its D_D1 rows that is a real YYMMDD with a year other than 00;
-// "000000" when none is.
-QString Last_Reception_Day(const QString& car);
-
 // The reception under way, as the inbox decoders see it: the codes of the
 // medium and the dialog's dates (YYMMDD, both included; empty is open).
 struct Usb_Reception {

@@ -6,6 +6,7 @@
 #include "acquisition/AnalyzerLink.h"
 #include "acquisition/Cls_IO.h"
 #include "acquisition/Inbox.h"
+#include "acquisition/Last_Reception.h"
 #include "acquisition/UsbRecorder.h"
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
@@ -204,7 +205,7 @@ int Receive_Usb(Context& ctx)
     }
     ctx.out << "medium " << medium.root << "  model " << model << "  car " << master->car << "  driver "
             << master->driver << "  stamps " << master->start << " " << master->end << "\n";
-    const QString last = Last_Reception_Day(master->car);
+    const QString last = Last_Reception_Day(*G().DB, master->car);
     ctx.out << "last reception " << last.left(2) << "-" << last.mid(2, 2) << "-" << last.mid(4, 2) << "\n";
 
     QString oldest = master->start.left(6), newest = master->end.left(6);

@@ -271,7 +271,6 @@ void MDIForm_Main::Show_Help()
 
 void MDIForm_Main::Exit_Program()
 {
-    Link_Session::Get().Close();
     Main_Shutdown();
     End_Process(0);
 }

@@ -131,7 +131,8 @@ void frmPack_Read1::Set_Step(bool receive)
 
 void frmPack_Read1::Command3_Click()
 {
-    const bool found = Link_Session::Get().Connect();
+    const bool found = G().Link->Find_Analyzer();
+    Apply_Link_Result(found);
     if (found)
         if (MDIForm_Main* m = MDIForm_Main::Instance())
             m->Set_Panel(4, Link_Panel4_Text(1));

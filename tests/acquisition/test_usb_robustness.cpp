@@ -1,6 +1,7 @@
 // USB recorder files cut short or full of noise: the decoders keep what is
 // whole, drop the rest, and never fail otherwise.
 #include "acquisition/DrivingProfile.h"
+#include "acquisition/Last_Reception.h"
 #include "acquisition/UsbRecorder.h"
 #include "acquisition/UsbSampler.h"
 #include "core/Mod_Main.h"
@@ -191,7 +192,7 @@ TEST_F(UsbDamage_, DamagedSampleMediaReceiveTheirGoodPart)
 
 TEST_F(UsbDamage_, TheLastReceptionPassesOverDaysThatAreNoDays)
 {
-    EXPECT_EQ(Last_Reception_Day("12AB00"), "000000");
+    EXPECT_EQ(Last_Reception_Day(*G().DB, "12AB00"), "000000");
     for (const char* day : {"260105", "26AB01", "991301", "001231", "260110"}) {
         Recordset rs = G().DB->DB_RSet_D_D("SELECT * FROM D_D1 WHERE D_F1=?", {QString("12AB00000123") + day});
         rs.AddNew();
@@ -200,6 +201,6 @@ TEST_F(UsbDamage_, TheLastReceptionPassesOverDaysThatAreNoDays)
         rs.Set("D_F4", day);
         rs.Update();
     }
-    EXPECT_EQ(Last_Reception_Day("12AB00"), "260110");
-    EXPECT_EQ(Last_Reception_Day("000000"), "000000");
+    EXPECT_EQ(Last_Reception_Day(*G().DB, "12AB00"), "260110");
+    EXPECT_EQ(Last_Reception_Day(*G().DB, "000000"), "000000");
 }

@@ -35,7 +35,8 @@ protected:
     }
     void TearDown() override
     {
-        Link_Session::Get().Close();
+        if (G().Port)
+            G().Port->close();
         G().Link_Type = 0;
         if (hadPorts_)
             qputenv("VEX_SERIAL_PORTS", savedPorts_);

@@ -1,5 +1,7 @@
 #include "forms/logic/Reception_Logic.h"
 
+#include "acquisition/Last_Reception.h"
+
 #include "acquisition/AnalyzerLink.h"
 #include "acquisition/Cls_IO.h"
 #include "acquisition/Inbox.h"
@@ -13,54 +15,6 @@
 #include "store/Cls_DB.h"
 
 namespace vex::forms {
-
-Link_Session& Link_Session::Get()
-{
-    static Link_Session session;
-    return session;
-}
-
-Link_Session::Link_Session() : port_(std::make_unique<SerialPort>()), link_(std::make_unique<AnalyzerLink>(*port_))
-{
-}
-
-bool Link_Session::Connect()
-{
-    const bool found = link_->Find_Analyzer();
-    Apply_Link_Result(found);
-    return found;
-}
-
-AnalyzerLink& Link_Session::Link()
-{
-    return *link_;
-}
-
-void Link_Session::Close()
-{
-    port_->close();
-}
-
-QString Last_Reception_Day(Cls_DB& db, const QString& car4)
-{
-    QString day = QStringLiteral("000000");
-    Guarded(1103, [&] {
-        Recordset rs = db.DB_RSet_D_D(
-            QStringLiteral("SELECT * FROM D_D1 WHERE (LEFT(D_F1,6)) = ? ORDER BY D_F4 DESC"),
-            {QStringLiteral("00") + car4});
-        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-            const QString d = rs.Text(QStringLiteral("D_F4"));
-            if (d.size() != 6 || !All_Digits(d))
-                continue;
-            const int yy = d.left(2).toInt(), mm = d.mid(2, 2).toInt(), dd = d.mid(4, 2).toInt();
-            if (yy != 0 && mm >= 1 && mm <= 12 && dd >= 1 && dd <= 31) {
-                day = d;
-                return;
-            }
-        }
-    });
-    return day;
-}
 
 QString Dashed_Day(const QString& yymmdd)
 {
@@ -102,7 +56,7 @@ Pack_Info Pack_Info_Step()
         return info;
     }
     Cls_IO& io = *g.IO;
-    AnalyzerLink& link = Link_Session::Get().Link();
+    AnalyzerLink& link = *g.Link;
     io.Link = &link;
     io.Range_Selected = false;
     link.Set_Pack_Car_Code(QStringLiteral("0000"));
@@ -111,7 +65,7 @@ Pack_Info Pack_Info_Step()
         return info;
     }
     info.carCode = link.Pack_Car_Code();
-    info.lastDay = Last_Reception_Day(*g.DB, info.carCode);
+    info.lastDay = Last_Reception_Day(*g.DB, QStringLiteral("00") + info.carCode);
     g.DB->SysDBWriteDate = info.lastDay;
     if (io.Pack_SysReads()) {
         info.from = Stamp_Date_Time(g.DB->SysPackInsert);
@@ -132,7 +86,7 @@ Pack_Receive Pack_Receive_Step(bool useRange, const QDate& from, const QDate& to
         return r;
     }
     Cls_IO& io = *g.IO;
-    AnalyzerLink& link = Link_Session::Get().Link();
+    AnalyzerLink& link = *g.Link;
     io.Link = &link;
     if (!link.SIO_PackCheck()) {
         r.message = Text_No_Pack();

@@ -18,27 +18,6 @@ namespace vex::forms {
 
 // The serial port of the main window and the link over it, for the whole
 // run; Find_Analyzer leaves the analyzer's port open in it.
-class Link_Session {
-public:
-    static Link_Session& Get();
-    // Scans the ports: sets Link_Type and the status panel 1 through
-    // Apply_Link_Result; true when an analyzer answered.
-    bool Connect();
-    AnalyzerLink& Link();
-    void Close();
-
-private:
-    Link_Session();
-    std::unique_ptr<SerialPort> port_;
-    std::unique_ptr<AnalyzerLink> link_;
-};
-
-// The day (YYMMDD) of the last reception of a car: the first D_D1 row whose
-// key starts with "00" + car, newest D_F4 first, whose D_F4 is six digits
-// of a real month and day with a year other than 00; "000000" when none.
-// The prefix is the dialog's own: keys of stored days start with the car
-// code and its "00" behind, so a pack car of four characters finds none.
-QString Last_Reception_Day(Cls_DB& db, const QString& car4);
 // "YYMMDD" as "YY-MM-DD".
 QString Dashed_Day(const QString& yymmdd);
 // A stamp YYMMDDHHMM as date and time; invalid when it isn't one.
