@@ -68,6 +68,19 @@ double Val(const QString& text)
     const int n = Number_Length(text, i);
     if (n == 0)
         return 0;
+    // Most fields are plain digits: read them without a detour through text.
+    int j = i;
+    const bool negative = text[j] == QLatin1Char('-');
+    if (negative || text[j] == QLatin1Char('+'))
+        ++j;
+    if (i + n - j <= 15) {
+        long long whole = 0;
+        int k = j;
+        while (k < i + n && Digit(text[k]))
+            whole = whole * 10 + text[k++].digitValue();
+        if (k == i + n)
+            return double(negative ? -whole : whole);
+    }
     bool ok = false;
     const double v = To_Double(text.mid(i, n), &ok);
     return ok ? v : 0;
