@@ -72,6 +72,7 @@ bool Cls_DB::DB_Connection()
 
 void Cls_DB::DB_DConnection()
 {
+    statements_.clear();
     if (QSqlDatabase::contains(name_)) {
         {
             QSqlDatabase db = QSqlDatabase::database(name_, false);
@@ -87,7 +88,21 @@ Recordset Cls_DB::DB_RSet_D_D(const QString& sql, const QVariantList& values, in
 {
     if (!open_)
         throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
-    return Recordset(name_, dialect_, sql, values);
+    return Recordset(*this, sql, values);
+}
+
+QSqlQuery& Cls_DB::Prepared(const QString& sql)
+{
+    auto it = statements_.find(sql);
+    if (it != statements_.end())
+        return *it;
+    if (statements_.size() > 500) // variants of rewrites pile up; start over
+        statements_.clear();
+    QSqlQuery q(QSqlDatabase::database(name_, false));
+    q.setForwardOnly(true);
+    if (!q.prepare(sql))
+        throw RunTimeError(q.lastError().text() + QStringLiteral(" [") + sql + QLatin1Char(']'));
+    return *statements_.insert(sql, q);
 }
 
 void Cls_DB::Execute(const QString& sql, const QVariantList& values)

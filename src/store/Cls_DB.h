@@ -6,6 +6,8 @@
 #include "store/DbTarget.h"
 #include "store/Recordset.h"
 
+#include <QHash>
+#include <QSqlQuery>
 #include <QString>
 #include <QVariantList>
 #include <cstdint>
@@ -86,6 +88,12 @@ public:
         QString name_;
         bool open_ = false;
     };
+
+    // The prepared statement of a text in the engine's dialect, kept for the
+    // life of the connection: the same statements run for every decoded
+    // day. The caller binds, executes and finishes it. Throws when the
+    // statement can't be prepared.
+    QSqlQuery& Prepared(const QString& sql);
 
     // A statement that returns no rows ("DELETE * FROM D_H").
     void Execute(const QString& sql, const QVariantList& values = {});
@@ -188,6 +196,7 @@ private:
     DbTarget target_;
     QString name_;
     Engine dialect_ = Engine::Sqlite;
+    QHash<QString, QSqlQuery> statements_;
     int state_ = 0;
     bool open_ = false;
 };

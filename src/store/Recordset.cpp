@@ -1,6 +1,7 @@
 #include "store/Recordset.h"
 
 #include "core/Err_Proc.h"
+#include "store/Cls_DB.h"
 #include "store/Schema.h"
 #include "store/SqlDialect.h"
 
@@ -26,25 +27,27 @@ const Table* Single_Table(const QString& sql)
     return Find_Table(m.captured(1));
 }
 
-QSqlQuery Exec(const QString& conn, const QString& sql, const QVariantList& values)
+// Runs a statement of the engine's dialect with its values; the caller
+// reads what it needs and finishes the query.
+QSqlQuery& Exec(Cls_DB& db, const QString& sql, const QVariantList& values)
 {
-    QSqlQuery q(QSqlDatabase::database(conn, false));
-    q.setForwardOnly(true);
-    if (!q.prepare(sql))
-        throw RunTimeError(q.lastError().text() + QStringLiteral(" [") + sql + QLatin1Char(']'));
-    for (const QVariant& v : values)
-        q.addBindValue(v);
-    if (!q.exec())
-        throw RunTimeError(q.lastError().text() + QStringLiteral(" [") + sql + QLatin1Char(']'));
+    QSqlQuery& q = db.Prepared(sql);
+    for (int i = 0; i < values.size(); ++i)
+        q.bindValue(i, values[i]);
+    if (!q.exec()) {
+        const QString error = q.lastError().text();
+        q.finish();
+        throw RunTimeError(error + QStringLiteral(" [") + sql + QLatin1Char(']'));
+    }
     return q;
 }
 
 } // namespace
 
-Recordset::Recordset(const QString& connectionName, Engine engine, const QString& sql, const QVariantList& values)
-    : conn_(connectionName), engine_(engine), table_(Single_Table(sql))
+Recordset::Recordset(Cls_DB& db, const QString& sql, const QVariantList& values)
+    : db_(&db), table_(Single_Table(sql))
 {
-    QSqlQuery q = Exec(conn_, Translate_Sql(sql, engine_), values);
+    QSqlQuery& q = Exec(db, Translate_Sql(sql, db.Dialect()), values);
     const QSqlRecord rec = q.record();
     for (int i = 0; i < rec.count(); ++i)
         names_ << rec.fieldName(i);
@@ -55,6 +58,7 @@ Recordset::Recordset(const QString& connectionName, Engine engine, const QString
             row << q.value(i);
         rows_.push_back(row);
     }
+    q.finish();
     original_ = rows_;
     dirty_.assign(names_.size(), false);
     open_ = true;
@@ -137,8 +141,9 @@ void Recordset::Insert_Row()
     }
     if (cols.isEmpty())
         throw RunTimeError(QStringLiteral("AddNew without a field"));
-    Exec(conn_, QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)").arg(table_->name, cols.join(','), marks.join(',')),
-         values);
+    Exec(*db_, QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)").arg(table_->name, cols.join(','), marks.join(',')),
+         values)
+        .finish();
 }
 
 void Recordset::Update_Row()
@@ -165,10 +170,12 @@ void Recordset::Update_Row()
             values << old;
         }
     }
-    const QSqlQuery q = Exec(conn_, QStringLiteral("UPDATE %1 SET %2 WHERE %3")
-                                        .arg(table_->name, sets.join(','), where.join(QStringLiteral(" AND "))),
-                             values);
-    if (q.numRowsAffected() == 0)
+    QSqlQuery& q = Exec(*db_, QStringLiteral("UPDATE %1 SET %2 WHERE %3")
+                                   .arg(table_->name, sets.join(','), where.join(QStringLiteral(" AND "))),
+                        values);
+    const int affected = q.numRowsAffected();
+    q.finish();
+    if (affected == 0)
         throw RunTimeError(QStringLiteral("Row cannot be located for updating. Some values may have been changed since it was last read."));
 }
 

@@ -14,13 +14,14 @@
 
 namespace vex {
 
+class Cls_DB;
 struct Table;
 
 class Recordset {
 public:
     Recordset() = default;
     // Runs sql (Jet dialect, '?' for each bound value) on the connection.
-    Recordset(const QString& connectionName, Engine engine, const QString& sql, const QVariantList& values);
+    Recordset(Cls_DB& db, const QString& sql, const QVariantList& values);
 
     bool Is_Open() const { return open_; }
     int RecordCount() const { return int(rows_.size()); }
@@ -51,8 +52,7 @@ private:
     void Insert_Row();
     void Update_Row();
 
-    QString conn_;
-    Engine engine_ = Engine::Sqlite;
+    Cls_DB* db_ = nullptr;
     const Table* table_ = nullptr;
     QStringList names_;
     std::vector<QVariantList> rows_;
