@@ -8,6 +8,9 @@
 #include "support/CliRun.h"
 #include "support/Emulator.h"
 
+#include <QTimer>
+#include <algorithm>
+
 #include <QTemporaryDir>
 
 namespace {
@@ -144,6 +147,39 @@ TEST_F(ReceptionTest, EqualDatesOfTheRangeReadOneDay)
     EXPECT_EQ(msgs.Last(), "수신완료");
     EXPECT_EQ(Days_Of_Car(), 1);
     EXPECT_EQ(Rows("SELECT * FROM D_D1 WHERE D_F4 = ?", {Day(first_.addDays(1))}), 1);
+}
+
+TEST_F(ReceptionTest, ASecondClickDuringAStepDoesNothing)
+{
+    vex::test::Emulator emulator(image_);
+    ASSERT_TRUE(emulator.Tty().startsWith("/dev/"));
+    qputenv("VEX_SERIAL_PORTS", emulator.Tty().toLocal8Bit());
+    frmPack_Read1* f = Open_Reception();
+    ASSERT_NE(f, nullptr);
+    Press(f->Command3);
+    ASSERT_EQ(G().Link_Type, 1);
+    Press(f->Cmd_Save);
+    ASSERT_EQ(f->Step(), "수신");
+
+    // While the reception runs and keeps the window alive, the user clicks
+    // again: the click lands in the running step and is dropped.
+    bool sawBusy = false;
+    QTimer again;
+    QObject::connect(&again, &QTimer::timeout, [&] {
+        if (!f->Busy())
+            return;
+        sawBusy = true;
+        f->Cmd_Save_Click();
+        again.stop();
+    });
+    again.start(50);
+    msgs.Clear();
+    Press(f->Cmd_Save);
+    again.stop();
+    EXPECT_TRUE(sawBusy);
+    EXPECT_EQ(std::count_if(msgs.seen.begin(), msgs.seen.end(), [](const auto& m) { return m.text == "수신완료"; }), 1);
+    EXPECT_EQ(Days_Of_Car(), 3);
+    EXPECT_EQ(f->Step(), "정보보기");
 }
 
 } // namespace
