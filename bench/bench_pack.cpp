@@ -17,6 +17,8 @@
 #include "platform/SerialPort.h"
 #include "store/Cls_DB.h"
 
+#include "BenchApp.h"
+
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QDir>
@@ -27,6 +29,7 @@
 #include <cstdio>
 
 using namespace vex;
+using vex::bench::Start_App;
 
 namespace {
 
@@ -53,16 +56,6 @@ public:
     SerialPort port;
     qint64 bytes = 0;
 };
-
-void Start_App(const QString& dir)
-{
-    Main_Shutdown();
-    G() = Globals();
-    Init_App_Folder(dir);
-    Main_Start(dir);
-    G().DB = std::make_unique<Cls_DB>();
-    Load_Settings(*G().DB, *G().Config, G());
-}
 
 QString Start_Emulator(QProcess& emulator, const QString& image)
 {

@@ -17,6 +17,8 @@
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
 
+#include "BenchApp.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -26,18 +28,9 @@
 #include <cstdio>
 
 using namespace vex;
+using vex::bench::Start_App;
 
 namespace {
-
-void Start_App(const QString& dir)
-{
-    Main_Shutdown();
-    G() = Globals();
-    Init_App_Folder(dir);
-    Main_Start(dir);
-    G().DB = std::make_unique<Cls_DB>();
-    Load_Settings(*G().DB, *G().Config, G());
-}
 
 // Seconds to read the file in 1 MiB blocks; the best of three.
 double Plain_Read(const QString& path)

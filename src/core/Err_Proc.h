@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace vex {
 
@@ -44,6 +45,13 @@ bool Guarded(int16_t code, Body&& body)
         Err_Proc(code, QStringLiteral("unknown error"));
     }
     return false;
+}
+
+// A save routine's flag: -1 when its body finished, 0 when its handler ran.
+template <class Body>
+int16_t Saved(int16_t code, Body&& body)
+{
+    return Guarded(code, std::forward<Body>(body)) ? -1 : 0;
 }
 
 } // namespace vex

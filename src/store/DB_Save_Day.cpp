@@ -192,8 +192,7 @@ int16_t Cls_DB::DB_Save_D_D1(QString& car, QString& driver, QString& secData, QS
 
 int16_t Cls_DB::DB_Save_D_D1_pack()
 {
-    int16_t flag = 0;
-    Guarded(kErrSave_D_D1_pack, [&] {
+    return Saved(kErrSave_D_D1_pack, [&] {
         const QString key = CarCode + DriveCode + StartDay;
         Recordset rs = Row_Or_New(*this, QStringLiteral("D_D1"), key);
         rs.Set(QStringLiteral("D_F2"), CarCode);
@@ -216,36 +215,28 @@ int16_t Cls_DB::DB_Save_D_D1_pack()
                                              int16_t(Val(LKEngin)), float(Val(Distance))));
         rs.Update();
         rs.Close();
-        flag = -1;
     });
-    return flag;
 }
 
 int16_t Cls_DB::DB_Save_D_D2_pack()
 {
-    int16_t flag = 0;
-    Guarded(kErrSave_D_D2_pack, [&] {
+    return Saved(kErrSave_D_D2_pack, [&] {
         Recordset rs = Row_Or_New(*this, QStringLiteral("D_D2"), CarCode + DriveCode + StartDay);
         rs.Set(QStringLiteral("D_F2"), Brack_Data);
         rs.Set(QStringLiteral("D_F3"), Brack_Buffer_Data);
         rs.Set(QStringLiteral("D_F4"), Brack_Time_Data);
         rs.Update();
         rs.Close();
-        flag = -1;
     });
-    return flag;
 }
 
 int16_t Cls_DB::DB_Save_D_D3_pack()
 {
-    int16_t flag = 0;
-    Guarded(kErrSave_D_D3_pack, [&] {
+    return Saved(kErrSave_D_D3_pack, [&] {
         const QString key = CarCode + DriveCode + StartDay;
         Save_Text_Row(*this, QStringLiteral("D_D3"), key, Sec_Data);
         Save_Text_Row(*this, QStringLiteral("D_D6"), key, LkEngin_Data);
-        flag = -1;
     });
-    return flag;
 }
 
 int16_t Cls_DB::DB_Save_D_D5_pack()
@@ -271,12 +262,9 @@ int16_t Cls_DB::DB_Save_D_D1_st(const QString& key, int16_t idle, const QString&
                                 const QString& accelData, int16_t lkEngin, const QString& lkEnginData,
                                 const QString& overData)
 {
-    int16_t flag = 0;
-    Guarded(kErrSave_D_D1_st, [&] {
+    return Saved(kErrSave_D_D1_st, [&] {
         Save_Event_Rows(*this, key, idle, idleData, brackData, accelData, lkEngin, lkEnginData, overData);
-        flag = -1;
     });
-    return flag;
 }
 
 int16_t Cls_DB::DB_Save_UD_D2(QString& car, QString& driver, QString& type, QString& day, QString& list)

@@ -234,22 +234,18 @@ int16_t Cls_DB::DB_Save_D_D2(const QString& car, const QString& driver, std::spa
                              std::span<const uint8_t> engine, std::span<const float> distance, const QString& day,
                              std::span<const uint8_t> half)
 {
-    int16_t flag = 0;
-    Guarded(kErrSave_D_D2, [&] {
+    return Saved(kErrSave_D_D2, [&] {
         const QString series = Minute_Distance_Series(distance);
         Need(half, kHalfArray, "half-second");
         Merge_Day_File(Day_File_Name(car, driver, day), speed, engine, half);
         Merge_Minute_Distance(*this, Key(car, driver, day), series);
-        flag = -1;
     });
-    return flag;
 }
 
 int16_t Cls_DB::DB_Save_D_D2_130(const QString& car, const QString& driver, std::span<const uint8_t> speed,
                                  std::span<const uint8_t> engine, const QString& day)
 {
-    int16_t flag = 0;
-    Guarded(kErrSave_D_D2_130, [&] {
+    return Saved(kErrSave_D_D2_130, [&] {
         // This recorder brings no half seconds; the file still carries the
         // array (of zeros, or as an earlier recording left it).
         const std::vector<uint8_t> half(kHalfArray, 0);
@@ -260,17 +256,14 @@ int16_t Cls_DB::DB_Save_D_D2_130(const QString& car, const QString& driver, std:
         const QString to = Local_Path(Static_File_Name(car, driver, day));
         QByteArray bytes = Read_All(from);
         Write_Whole_File(to, bytes);
-        flag = -1;
     });
-    return flag;
 }
 
 int16_t Cls_DB::DB_Save_D_D2_file(const QString& car, const QString& driver, std::span<const uint8_t> speed,
                                   std::span<const uint8_t> engine, std::span<const uint8_t> distanceBytes,
                                   const QString& day)
 {
-    int16_t flag = 0;
-    Guarded(kErrSave_D_D2_file, [&] {
+    return Saved(kErrSave_D_D2_file, [&] {
         Need(distanceBytes, kNtdDistance, "minute distance");
         std::vector<float> metres(kDayMinutes + 1, 0.0f);
         for (int m = 1; m <= kDayMinutes; ++m)
@@ -278,9 +271,7 @@ int16_t Cls_DB::DB_Save_D_D2_file(const QString& car, const QString& driver, std
         const QString series = Minute_Distance_Series(metres);
         Merge_Day_File(Day_File_Name(car, driver, day), speed, engine, {});
         Merge_Minute_Distance(*this, Key(car, driver, day), series);
-        flag = -1;
     });
-    return flag;
 }
 
 int16_t Cls_DB::DB_Save_D_D_usb(const QString& car, const QString& driver, std::span<const uint8_t> speed,

@@ -21,8 +21,7 @@ constexpr int16_t kErrSave_S_D13 = 1110;
 
 int16_t Cls_DB::DB_Month_Sum(const QString& month)
 {
-    int16_t flag = 0;
-    Guarded(kErrMonth_Sum, [&] {
+    return Saved(kErrMonth_Sum, [&] {
         // The columns of D_M1 follow this statement, not D_D1: the band sum
         // of D_F17 comes second, and the average falls on D_F16 while the
         // mark D_F14 is summed. The monthly reports read them so.
@@ -72,15 +71,12 @@ int16_t Cls_DB::DB_Month_Sum(const QString& month)
             rs.Close();
         }
         total.Close();
-        flag = -1;
     });
-    return flag;
 }
 
 int16_t Cls_DB::DB_Save_SYSTEM()
 {
-    int16_t flag = 0;
-    Guarded(kErrSave_SYSTEM, [&] {
+    return Saved(kErrSave_SYSTEM, [&] {
         const QString key = SysCarCode + SysDriveCode + SysSerialNumber;
         Recordset rs = DB_RSet_D_D(QStringLiteral("SELECT * FROM D_Y WHERE D_F1=?"), {key});
         if (rs.RecordCount() < 1) {
@@ -99,15 +95,12 @@ int16_t Cls_DB::DB_Save_SYSTEM()
         rs.Set(QStringLiteral("D_F10"), SysTotalEngin);
         rs.Update();
         rs.Close();
-        flag = -1;
     });
-    return flag;
 }
 
 int16_t Cls_DB::DB_SAVE_S_D13(const QString& value)
 {
-    int16_t flag = 0;
-    Guarded(kErrSave_S_D13, [&] {
+    return Saved(kErrSave_S_D13, [&] {
         // One value a counter column, D_F2 first, separated by commas; each
         // column given takes its stored value (Null as 0) less the value.
         const QStringList parts = value.split(QLatin1Char(','));
@@ -127,9 +120,7 @@ int16_t Cls_DB::DB_SAVE_S_D13(const QString& value)
         }
         rs.Update();
         rs.Close();
-        flag = -1;
     });
-    return flag;
 }
 
 } // namespace vex

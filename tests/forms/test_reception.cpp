@@ -56,6 +56,21 @@ protected:
         return static_cast<frmPack_Read1*>(Find_Form("frmPack_Read1"));
     }
     void Press(QPushButton* b) { QTest::mouseClick(b, Qt::LeftButton); }
+    // The dialog connected to the emulator and past its info step; null
+    // (with the failure reported) when a step didn't come through.
+    frmPack_Read1* Ready_To_Receive(const vex::test::Emulator& emulator)
+    {
+        EXPECT_TRUE(emulator.Tty().startsWith("/dev/"));
+        qputenv("VEX_SERIAL_PORTS", emulator.Tty().toLocal8Bit());
+        frmPack_Read1* f = Open_Reception();
+        if (!f)
+            return nullptr;
+        Press(f->Command3);
+        Press(f->Cmd_Save);
+        EXPECT_EQ(G().Link_Type, 1);
+        EXPECT_EQ(f->Step(), "수신");
+        return f->Step() == "수신" ? f : nullptr;
+    }
     int Days_Of_Car() { return Rows("SELECT * FROM D_D1 WHERE D_F2 = ?", {"001234"}); }
 
     static QString Day(const QDate& d) { return d.toString("yyMMdd"); }
@@ -131,14 +146,8 @@ TEST_F(ReceptionTest, PackFromTheAnalyzerEmulator)
 TEST_F(ReceptionTest, EqualDatesOfTheRangeReadOneDay)
 {
     vex::test::Emulator emulator(image_);
-    ASSERT_TRUE(emulator.Tty().startsWith("/dev/"));
-    qputenv("VEX_SERIAL_PORTS", emulator.Tty().toLocal8Bit());
-    frmPack_Read1* f = Open_Reception();
+    frmPack_Read1* f = Ready_To_Receive(emulator);
     ASSERT_NE(f, nullptr);
-    Press(f->Command3);
-    ASSERT_EQ(G().Link_Type, 1);
-    Press(f->Cmd_Save);
-    ASSERT_EQ(f->Step(), "수신");
     QTest::mouseClick(f->Check1, Qt::LeftButton, {}, QPoint(8, f->Check1->height() / 2));
     ASSERT_TRUE(f->Check1->isChecked());
     f->TDBDate1[0]->setDate(first_.addDays(1));
@@ -152,14 +161,8 @@ TEST_F(ReceptionTest, EqualDatesOfTheRangeReadOneDay)
 TEST_F(ReceptionTest, ASecondClickDuringAStepDoesNothing)
 {
     vex::test::Emulator emulator(image_);
-    ASSERT_TRUE(emulator.Tty().startsWith("/dev/"));
-    qputenv("VEX_SERIAL_PORTS", emulator.Tty().toLocal8Bit());
-    frmPack_Read1* f = Open_Reception();
+    frmPack_Read1* f = Ready_To_Receive(emulator);
     ASSERT_NE(f, nullptr);
-    Press(f->Command3);
-    ASSERT_EQ(G().Link_Type, 1);
-    Press(f->Cmd_Save);
-    ASSERT_EQ(f->Step(), "수신");
 
     // While the reception runs and keeps the window alive, the user clicks
     // again: the click lands in the running step and is dropped.
