@@ -154,10 +154,11 @@ void Model130(const QString& root)
     Register_Usb_Decoders();
     const double read = Plain_Read(log), cat = Cat(log);
 
-    Usb_State() = Usb_Reception{QStringLiteral("12AB00"), QStringLiteral("000123"), {}, {}, {}};
+    const Filing_Note who{QStringLiteral("12AB00"), QStringLiteral("000123"), QStringLiteral("000101"),
+                          QStringLiteral("991231")};
     QElapsedTimer t;
     t.start();
-    const QString filed = File_Dat130(log, QStringLiteral("12AB00"), QDate(2026, 2, 1));
+    const QString filed = File_Dat130(log, who, QDate(2026, 2, 1));
     const double filing = t.nsecsElapsed() / 1e9;
     Inbox_Pass();
     const double all = t.nsecsElapsed() / 1e9;

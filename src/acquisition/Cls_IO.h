@@ -12,6 +12,7 @@
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <vector>
 
 namespace vex {
 
@@ -33,6 +34,17 @@ public:
     std::function<void(int, int, const QDate&)> Progress;
     // Shows a message of the table (the link test of a write failing: 207).
     std::function<void(int)> Message;
+    // Why the last Pack_File_Read or Pack_File_Read1 passed its file over
+    // (empty file, no pack day, codes or date that can't be a key); empty
+    // when it didn't.
+    QString Refusal;
+    // The days of the last Pack_Reads that were not filed, with why; the
+    // closing write marks them read all the same.
+    struct Skipped_Day {
+        QDate day;
+        QString why;
+    };
+    std::vector<Skipped_Day> Skipped;
 
     // Appends text and a line end to the file; True when written.
     bool Write_File(const QString& text, const QString& path);
@@ -56,7 +68,8 @@ public:
     // Judges the day in Read.Vex and files it under \new and \mpack; 0.
     int16_t Pack_File_Read(const QString& path);
     // Decodes one pack file into G().DB and stores it: 0 decoded, 1 refused
-    // by its check byte.
+    // (check byte, empty file, or a car, driver or day that can't be a key
+    // after the repairs; Refusal says which).
     int16_t Pack_File_Read1(const QString& path);
 
     QDate Today_Date() const { return Today ? Today() : QDate::currentDate(); }

@@ -4,6 +4,7 @@
 #include "acquisition/Cls_IO.h"
 
 #include "acquisition/AnalyzerLink.h"
+#include "acquisition/Inbox_Names.h"
 #include "acquisition/PackLayout.h"
 #include "acquisition/VexFiles.h"
 #include "core/Cls_Config.h"
@@ -54,6 +55,17 @@ bool Bad_Day(const QString& day, bool digitsOnly)
 
 // A minute of distance as decimal digits "XY" with the flag bit in X: the
 // tenths of a kilometre, or 0 for a cell with another character.
+// A pack's car or driver code: four hexadecimal capitals.
+bool Pack_Code(const QString& code)
+{
+    return code.size() == 4 && Is_Code(QStringLiteral("00") + code);
+}
+
+QString Key_Refusal(const QString& car, const QString& driver, const QString& day)
+{
+    return QStringLiteral("no key: car \"%1\" driver \"%2\" day \"%3\"").arg(car, driver, day);
+}
+
 int Distance_Tenths(const QString& cell)
 {
     if (cell.size() < 2 || !All_Digits(cell))
@@ -229,7 +241,9 @@ bool Cls_IO::Pack_SysFile_Read()
 
 int16_t Cls_IO::Pack_File_Read(const QString& path)
 {
-    Guarded(1134, [&] {
+    Refusal.clear();
+    bool inInbox = false; // the archive copy is a copy: the day is received once it is in \new
+    const bool filed = Guarded(1134, [&] {
         const std::optional<ReadRecords> rec = Read_Read(path);
         if (!rec)
             throw RunTimeError(QStringLiteral("cannot read ") + path);
@@ -241,25 +255,36 @@ int16_t Cls_IO::Pack_File_Read(const QString& path)
         if (check1 != QLatin1String("AA"))
             return;
         QString startDay = rec->day.field(DayPage::StartDay);
-        if (Bad_Day(startDay, true))
+        // The day names the file only (the decoder repairs it from the
+        // pages), and must be a day to do so.
+        if (Bad_Day(startDay, true) || !Is_Day(startDay))
             startDay = Read_Day;
+        // The codes name the file and its archive folder.
+        if (!Pack_Code(car) || !Pack_Code(driver) || !Is_Day(startDay)) {
+            Refusal = Key_Refusal(car, driver, startDay);
+            throw RunTimeError(Refusal);
+        }
 
         const QString name = car + driver + startDay + QStringLiteral(".Vex");
         FileSystem& fs = *G().FS;
         if (!fs.CopyFile(path, QStringLiteral("\\new\\") + name))
             throw RunTimeError(QStringLiteral("cannot file ") + name + QStringLiteral(" in \\new"));
+        inInbox = true;
         const QString archive = QStringLiteral("\\mpack\\") + car;
         if (!fs.FolderExists(archive))
             fs.CreateFolder(archive);
         if (!fs.CopyFile(path, archive + QStringLiteral("\\") + name))
             throw RunTimeError(QStringLiteral("cannot file ") + name + QStringLiteral(" in \\mpack"));
     });
+    if (!filed && !inInbox && Refusal.isEmpty())
+        Refusal = Err_Last();
     return 0;
 }
 
 int16_t Cls_IO::Pack_File_Read1(const QString& path)
 {
     int16_t result = 0;
+    Refusal.clear();
     Cls_DB::Batch batch(*G().DB); // one commit a day; a failure keeps what was written
     Guarded(1135, [&] {
         Cls_DB& db = *G().DB;
@@ -267,6 +292,11 @@ int16_t Cls_IO::Pack_File_Read1(const QString& path)
         const std::optional<ReadRecords> rec = Read_Read(path);
         if (!rec)
             throw RunTimeError(QStringLiteral("cannot read ") + path);
+        if (rec->day.text().isEmpty()) {
+            result = 1;
+            Refusal = QStringLiteral("empty file");
+            throw RunTimeError(QStringLiteral("Input past end of file: ") + path + QStringLiteral(" is empty"));
+        }
         const PageText& day = rec->day;
         const PageText& dist = rec->distance;
         auto f = [&](const Field& field) { return Fixed(day.field(field), field.width); };
@@ -278,6 +308,7 @@ int16_t Cls_IO::Pack_File_Read1(const QString& path)
             check1 = QStringLiteral("AA");
         if (check1 != QLatin1String("AA")) {
             result = 1;
+            Refusal = QStringLiteral("check byte");
             return;
         }
 
@@ -352,6 +383,14 @@ int16_t Cls_IO::Pack_File_Read1(const QString& path)
             brack = QStringLiteral("00");
         if (!Is_Numeric(lkEngin))
             lkEngin = QStringLiteral("00");
+
+        // A day whose codes or date are no key after the repairs is no day
+        // of a pack: nothing of it is stored.
+        if (!Pack_Code(car4) || !Pack_Code(driver4) || !Is_Day(startDay)) {
+            result = 1;
+            Refusal = Key_Refusal(car4, driver4, startDay);
+            throw RunTimeError(Refusal + QStringLiteral(": ") + path);
+        }
 
         // Six-character codes as the USB recorders give them: "00" and the
         // pack's four, so that a car keeps one key whatever medium it used.

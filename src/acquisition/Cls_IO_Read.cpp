@@ -119,6 +119,7 @@ QString Cls_IO::New_Pack_Read(const QString& bank, const QString& page, const QS
 int16_t Cls_IO::Pack_Reads()
 {
     int16_t code = 0;
+    Skipped.clear();
     Guarded(1130, [&] {
         QDir::setCurrent(G().App_Dir);
         const int16_t check = Pack_Checks();
@@ -148,9 +149,12 @@ int16_t Cls_IO::Pack_Reads()
                 == QLatin1String("0")) {
                 Read_Day = Two(d.year() % 100) + Two(d.month()) + Two(d.day());
                 Pack_File_Read(readVex);
+                if (!Refusal.isEmpty())
+                    Skipped.push_back({d, Refusal});
                 QFile::remove(readVex);
             } else {
                 code = 4; // what was written of the day stays, and the next day appends to it
+                Skipped.push_back({d, QStringLiteral("no reply")});
             }
             if (Progress)
                 Progress(int(i + 1), int(n + 1), d);

@@ -113,18 +113,9 @@ QString Speed_Hex(int kmh)
     return kmh >= 256 ? QStringLiteral("FF") : Hex2(uint8_t(kmh));
 }
 
-// Car and driver of a filed log: the car from its name ("<car><yymmdd>.dat"),
-// the driver of the reception when the reception is of that car.
-void Codes_Of(const QString& path, QString& car, QString& driver)
+bool In_Dates(const Filing_Note& who, const QString& day)
 {
-    const Usb_Reception& r = Usb_State();
-    car = QFileInfo(path).fileName().left(6).toUpper();
-    bool hex = car.size() == 6;
-    for (QChar c : car)
-        hex = hex && ((c >= QLatin1Char('0') && c <= QLatin1Char('9')) || (c >= QLatin1Char('A') && c <= QLatin1Char('F')));
-    if (!hex && !r.car.isEmpty())
-        car = r.car;
-    driver = (r.car == car && !r.driver.isEmpty()) ? r.driver : QStringLiteral("000000");
+    return day >= who.from && day <= who.to;
 }
 
 } // namespace
@@ -251,6 +242,20 @@ void dd1_File_Read(const QString& car, const QString& driver, const QString& dat
 
 bool Decode_Dat130(const QString& path)
 {
+    const std::optional<Filing_Note> who = Read_Filing_Note(path);
+    if (!who) {
+        Err_Proc(kErrHex2, QStringLiteral("Invalid procedure call: %1 has no filing note").arg(path));
+        return false;
+    }
+    return Decode_Dat130(path, *who);
+}
+
+bool Decode_Dat130(const QString& path, const Filing_Note& who)
+{
+    if (!Is_Code(who.car) || !Is_Code(who.driver)) {
+        Err_Proc(kErrHex2, QStringLiteral("Invalid procedure call: car \"%1\" driver \"%2\"").arg(who.car, who.driver));
+        return false;
+    }
     Cls_DB::Batch batch(*G().DB); // one commit for the file; a failure keeps what was written
     QByteArray bytes;
     const bool read = Guarded(kErrHex2, [&] {
@@ -266,8 +271,7 @@ bool Decode_Dat130(const QString& path)
         return false;
 
     Usb_Reception& state = Usb_State();
-    QString car, driver;
-    Codes_Of(path, car, driver);
+    QString car = who.car, driver = who.driver; // the save routines take them by reference
     const Byte_View v(bytes);
     std::map<QString, Day_Series> days;
 
@@ -283,7 +287,7 @@ bool Decode_Dat130(const QString& path)
         if (!v.Digits(at + 1, 3) || v.Bcd(at + 2) > 12 || v.Bcd(at + 3) > 31)
             continue;
         const QString date = v.Digit_Text(at + 1, 3);
-        if (!In_Range(state, date))
+        if (!In_Dates(who, date))
             continue;
         // An hour that isn't one of the day has no place in its series.
         if (!v.Digits(at + 4, 1) || v.Bcd(at + 4) > 23)
@@ -313,8 +317,10 @@ bool Decode_Dat130(const QString& path)
             Guarded(kErrUsb_File_Read, [&] { Store_Day(db, car + driver + entry.first, entry.second); });
     }
 
-    // Second pass: the event region. Each kind keeps its list of one date
-    // and hands it over when a record of that kind brings another date.
+    // Second pass: the event region, whatever the dialog's dates: the region
+    // is a ring of the recorder's last events, and each kind keeps its list
+    // of one date and hands it over when a record of that kind brings
+    // another date.
     struct Kind {
         QString type, date, list;
     };
@@ -331,8 +337,8 @@ bool Decode_Dat130(const QString& path)
         if (!v.Digits(at, 6))
             continue;
         const QString date = v.Digit_Text(at, 3);
-        if (!In_Range(state, date))
-            continue;
+        if (!Is_Day(date))
+            continue; // twelve digits, but no day to keep a list under
         const int ca = (v[at + 6] << 8) | v[at + 7];
         const int cb = (v[at + 8] << 8) | v[at + 9];
         const int a = Usb_Speed(ca), b = Usb_Speed(cb);
@@ -377,7 +383,7 @@ bool Decode_Dat130(const QString& path)
         if (month > 12 || day > 31 || hour > 23 || minute > 59 || month == 0 || day == 0)
             continue;
         const QString date = v.Digit_Text(at, 3);
-        if (!In_Range(state, date))
+        if (!In_Dates(who, date))
             continue;
         if (!current.isEmpty() && date != current)
             Save();

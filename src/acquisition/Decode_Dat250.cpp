@@ -38,14 +38,6 @@ QString Hex_Text(const QByteArray& bytes, int at, int n)
     return text;
 }
 
-bool Good_Day(const QString& day)
-{
-    if (day.size() != 6 || !All_Digits(day))
-        return false;
-    const int month = day.mid(2, 2).toInt(), dom = day.mid(4, 2).toInt();
-    return month >= 1 && month <= 12 && dom >= 1 && dom <= 31;
-}
-
 } // namespace
 
 bool Decode_Dat250(const QString& path)
@@ -154,7 +146,7 @@ bool Decode_Ntd(const QString& path)
         return false;
     }
     // A day that isn't a day can't be stored anywhere; the file is done.
-    if (!Good_Day(day))
+    if (!Is_Day(day))
         return true;
 
     const auto* p = reinterpret_cast<const uint8_t*>(bytes.constData());

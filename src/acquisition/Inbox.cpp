@@ -1,8 +1,10 @@
 #include "acquisition/Inbox.h"
 
 #include "acquisition/Cls_IO.h"
+#include "acquisition/Inbox_Names.h"
 #include "core/Mod_Main.h"
 #include "platform/AppFolder.h"
+#include "store/Cls_DB.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,6 +21,11 @@ std::map<QString, Inbox_Decoder>& Decoders()
     return decoders;
 }
 
+int Engine_Failures()
+{
+    return G().DB ? G().DB->Engine_Failures() : 0;
+}
+
 } // namespace
 
 void Register_Inbox_Decoder(const QString& ending, Inbox_Decoder decoder)
@@ -29,30 +36,44 @@ void Register_Inbox_Decoder(const QString& ending, Inbox_Decoder decoder)
 int Inbox_Pass(const std::function<void(const Inbox_File&)>& done)
 {
     const QDir inbox(App_Path(G().App_Dir, QStringLiteral("\\new")));
-    int decoded = 0;
+    int looked = 0;
     // By name, as the desk's file system lists a folder: a pack's days come
     // in the order they were driven, so a day filed twice ends as the later file.
-    for (const QString& name : inbox.entryList(QDir::Files, QDir::Name | QDir::IgnoreCase)) {
+    // Hidden names too: on the desk a name such as "..x.dat" is no hidden file.
+    for (const QString& name : inbox.entryList(QDir::Files | QDir::Hidden, QDir::Name | QDir::IgnoreCase)) {
         const QString ending = QFileInfo(name).suffix().toUpper();
         const QString path = inbox.filePath(name);
         Inbox_File file{name, ending};
-        bool remove = true;
+        bool keep = false;
+        const int failuresBefore = Engine_Failures();
         if (ending == QLatin1String("VEX")) {
             file.kind = QStringLiteral("Vex");
-            file.result = G().IO->Pack_File_Read1(path);
+            Cls_IO& io = *G().IO;
+            file.result = io.Pack_File_Read1(path);
+            file.why = io.Refusal;
         } else if (auto it = Decoders().find(ending); it != Decoders().end()) {
-            remove = it->second(path);
-            file.result = remove ? 0 : 1;
+            const Inbox_Verdict verdict = it->second(path);
+            keep = verdict.keep;
+            file.why = verdict.why;
+            file.result = keep ? 1 : 0;
         } else {
             continue; // not a recording this pass knows
         }
-        ++decoded;
-        if (remove && QFile::exists(path))
+        if (Engine_Failures() != failuresBefore) {
+            // Rows of this file did not reach the database: it stays.
+            keep = true;
+            file.result = 1;
+            file.why = QStringLiteral("database: ") + G().DB->Last_Engine_Failure();
+        }
+        ++looked;
+        if (!keep && QFile::exists(path)) {
             file.removed = QFile::remove(path);
+            QFile::remove(Filing_Note_Path(path));
+        }
         if (done)
             done(file);
     }
-    return decoded;
+    return looked;
 }
 
 } // namespace vex

@@ -5,10 +5,12 @@
 #include "acquisition/Inbox.h"
 #include "acquisition/UsbBytes.h"
 #include "core/Err_Proc.h"
+#include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
+#include "store/DayFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -65,8 +67,18 @@ QString Detect_Model(const QString& spdrPath)
     return model;
 }
 
+QString No_Log_Refusal(const QString& spdrPath)
+{
+    QFile f(spdrPath);
+    if (f.size() == 0 || !f.open(QIODevice::ReadOnly))
+        return LoadResString(5008);
+    return {};
+}
+
 QString Usb_Model_Refusal(const QString& chosen, const QString& spdrPath)
 {
+    if (const QString noLog = No_Log_Refusal(spdrPath); !noLog.isEmpty())
+        return noLog;
     static const QString not130 = QStringLiteral("QRX 130 데이터가 아닙니다 ! QRX 250을 선택하여 주십시요 ");
     static const QString not250 = QStringLiteral("QRX 250 데이터가 아닙니다 ! QRX 130을 선택하여 주십시요 ");
     if (chosen == QLatin1String("250") && QFileInfo(spdrPath).size() <= kUsbSmallLog)
@@ -155,7 +167,7 @@ int Usb_Speed(int count)
     return int(int64_t(count) * 3600 / kSpeedPulsesPerKm);
 }
 
-QString File_Dat130(const QString& spdrPath, const QString& car, const QDate& today)
+QString File_Dat130(const QString& spdrPath, const Filing_Note& who, const QDate& today)
 {
     QString filed;
     Guarded(kErrHex2, [&] {
@@ -172,8 +184,11 @@ QString File_Dat130(const QString& spdrPath, const QString& car, const QDate& to
         }
         const QString inbox = App_Path(dir, QStringLiteral("\\new"));
         QDir().mkpath(inbox);
-        const QString target = inbox + QLatin1Char('/') + car + today.toString(QStringLiteral("yyMMdd")) +
+        if (!Is_Code(who.car) || !Is_Code(who.driver) || !Is_Day(who.from) || !Is_Day(who.to))
+            throw RunTimeError(QStringLiteral("Invalid procedure call: no reception identity for the log"));
+        const QString target = inbox + QLatin1Char('/') + who.car + today.toString(QStringLiteral("yyMMdd")) +
                                QStringLiteral(".dat");
+        Write_Whole_File(Filing_Note_Path(target), Filing_Note_Text(who));
         QFile::remove(target);
         if (!QFile::copy(temp, target))
             throw RunTimeError(QStringLiteral("Path/File access error: ") + target);
@@ -184,11 +199,20 @@ QString File_Dat130(const QString& spdrPath, const QString& car, const QDate& to
 
 void Register_Usb_Decoders()
 {
-    Register_Inbox_Decoder(QStringLiteral("NTD"), [](const QString& path) { return Decode_Ntd(path); });
-    // A "130" log is decoded once, whatever it held; the file goes.
+    Register_Inbox_Decoder(QStringLiteral("NTD"), [](const QString& path) {
+        if (Decode_Ntd(path))
+            return Inbox_Verdict{};
+        return Inbox_Verdict{true, Err_Last()};
+    });
+    // A "130" log is decoded once, whatever it held, with the identity of
+    // the reception that filed it; without that it waits.
     Register_Inbox_Decoder(QStringLiteral("DAT"), [](const QString& path) {
-        Decode_Dat130(path);
-        return true;
+        if (!Read_Filing_Note(path))
+            return Inbox_Verdict{true, QStringLiteral("no record of the reception that filed it (%1); receive the medium again")
+                                           .arg(QFileInfo(Filing_Note_Path(path)).fileName())};
+        if (!Decode_Dat130(path))
+            return Inbox_Verdict{true, Err_Last()};
+        return Inbox_Verdict{};
     });
 }
 

@@ -25,6 +25,8 @@
 // a stamp byte is good when both of its digits are decimal. All files are
 // read in large blocks and every field through a bounds check, so a short or
 // damaged file loses its damaged records and never more.
+#include "acquisition/Inbox_Names.h"
+
 #include <QDate>
 #include <QString>
 #include <QStringList>
@@ -48,7 +50,10 @@ inline constexpr int kMinuteRecords130B = 525;
 inline constexpr int kMinuteRecord130 = 125;
 inline constexpr int kRecord250 = 512;
 inline constexpr int kSpeedPulsesPerKm = 5096;       // speed pulses of the "130" per kilometre
-inline constexpr qint64 kSavedNtdFile = 9 + 86401 + 86400 + 2881; // 175,690
+// A saved day: 9 bytes of codes and day, then three arrays of 86,401,
+// 86,401 and 2,881 entries, each written one byte early over the last entry
+// of the one before.
+inline constexpr qint64 kSavedNtdFile = 9 + 86401 + 86400 + 2880; // 175,690
 
 // A byte as two capital hexadecimal characters: 10 -> "0A".
 QString Hex2(uint8_t value);
@@ -57,9 +62,14 @@ QString Hex2(uint8_t value);
 // file can't be read or shows neither rhythm.
 QString Detect_Model(const QString& spdrPath);
 
+// "The medium holds no recorder log" when SPDR0403.dat is missing, empty or
+// can't be read; empty text otherwise.
+QString No_Log_Refusal(const QString& spdrPath);
+
 // The refusal for a model chosen against the log at spdrPath: empty when the
-// log is of that model, else the message to show. A "250" chosen for a log
-// of 3,000,000 bytes or less is refused without looking further.
+// log is of that model, else the message to show (No_Log_Refusal's first).
+// A "250" chosen for a log of 3,000,000 bytes or less is refused without
+// looking further.
 QString Usb_Model_Refusal(const QString& chosen, const QString& spdrPath);
 
 // Master00.dat, the identity of the medium.
@@ -93,10 +103,12 @@ Usb_Reception& Usb_State();
 bool In_Range(const Usb_Reception& r, const QString& day);
 
 // Model "130": the three regions into the database and the day files, for
-// the days of the reception's dates. The car is the first six characters of
-// the file name ("<car><yymmdd>.dat"); the driver is the reception's when
-// the reception is of that car, else "000000" (a log left in \new from an
-// earlier run names no driver). False only when the file can't be read.
+// the car, driver and dates of the reception that filed the log (the hour
+// blocks and the minute records of those dates; the event region whole).
+// False when the file can't be read.
+bool Decode_Dat130(const QString& path, const Filing_Note& who);
+// The same with the identity from the filing note beside the log; False,
+// and nothing decoded, without a good note.
 bool Decode_Dat130(const QString& path);
 // Model "250": the records of the reception's dates into ".ntd" day files
 // under \new, for the reception's car and driver, or without a reception
@@ -123,9 +135,10 @@ void dd1_File_Read(const QString& car, const QString& driver, const QString& dat
 int Usb_Speed(int count);
 
 // Copies the first 0x200200 bytes of a "130" log to temp.dat in the
-// application folder and from there to \new\<car><today>.dat. The filed
-// path, or empty text on failure.
-QString File_Dat130(const QString& spdrPath, const QString& car, const QDate& today);
+// application folder and from there to \new\<car><today>.dat, with the
+// reception's identity in its note beside it (written first, so that a log
+// in \new always has one). The filed path, or empty text on failure.
+QString File_Dat130(const QString& spdrPath, const Filing_Note& who, const QDate& today);
 
 // Registers the ".NTD" and ".DAT" decoders with the inbox pass. Once at
 // start-up; a second call changes nothing.

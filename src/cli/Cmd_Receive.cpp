@@ -2,11 +2,13 @@
 #include "cli/Commands.h"
 
 #include <QFileInfo>
+#include <memory>
 
 #include "acquisition/AnalyzerLink.h"
 #include "acquisition/Cls_IO.h"
 #include "acquisition/Inbox.h"
 #include "acquisition/Last_Reception.h"
+#include "acquisition/Reception.h"
 #include "acquisition/UsbRecorder.h"
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
@@ -54,29 +56,44 @@ QString Row_Line(const QString& key)
     return line;
 }
 
-void Print_Inbox(Context& ctx)
+// Each file of the inbox pass as it is done: a pack day's record, the
+// summary rows of the USB days it brought, or why it stays or was refused.
+std::function<void(const Inbox_File&)> File_Printer(Context& ctx)
 {
-    Usb_Reception& usb = Usb_State();
-    QStringList printed;
-    const int n = Inbox_Pass([&](const Inbox_File& f) {
+    auto printed = std::make_shared<QStringList>();
+    return [&ctx, printed](const Inbox_File& f) {
         if (f.kind == QLatin1String("Vex") && f.result == 0)
             ctx.out << Day_Line(*G().DB) << "\n";
-        else if (f.kind == QLatin1String("Vex"))
-            ctx.out << "refused " << f.name << " (check byte)\n";
+        else if (f.removed && f.result != 0)
+            ctx.out << "refused " << f.name << " (" << f.why << ")\n";
+        else if (!f.removed && f.result != 0)
+            ctx.out << "kept " << f.name << " (" << f.why << ")\n";
         else
-            ctx.out << (f.result == 0 ? "decoded " : "kept ") << f.name << "\n";
-        for (const QString& key : usb.stored) {
-            if (printed.contains(key))
+            ctx.out << "decoded " << f.name << "\n";
+        for (const QString& key : Usb_State().stored) {
+            if (printed->contains(key))
                 continue;
             const QString line = Row_Line(key);
             if (line.isEmpty())
                 continue;
-            printed << key;
+            *printed << key;
             ctx.out << line << "\n";
         }
         ctx.out.flush();
-    });
-    ctx.out << n << " file(s) decoded\n";
+    };
+}
+
+// The dialog's closing words and the line under them; non-zero unless the
+// reception stored everything it found.
+int Finish(Context& ctx, const Reception_Outcome& outcome)
+{
+    ctx.out << "수신완료\n" << outcome.Summary() << "\n";
+    ctx.out.flush();
+    if (!outcome.Clean()) {
+        ctx.err << "vexcli: " << outcome.Summary() << "\n";
+        return 1;
+    }
+    return 0;
 }
 
 // "--name value" of the arguments, or empty.
@@ -86,10 +103,16 @@ QString Option(const QStringList& args, const QString& name)
     return i >= 0 && i + 1 < args.size() ? args[i + 1] : QString();
 }
 
+QDate Day_Date(const QString& yymmdd)
+{
+    if (yymmdd.size() != 6 || !All_Digits(yymmdd))
+        return {};
+    return QDate(2000 + yymmdd.left(2).toInt(), yymmdd.mid(2, 2).toInt(), yymmdd.mid(4, 2).toInt());
+}
+
 bool Valid_Day(const QString& yymmdd)
 {
-    return yymmdd.size() == 6 && All_Digits(yymmdd)
-           && QDate(2000 + yymmdd.left(2).toInt(), yymmdd.mid(2, 2).toInt(), yymmdd.mid(4, 2).toInt()).isValid();
+    return Day_Date(yymmdd).isValid();
 }
 
 int Receive_Pack(Context& ctx)
@@ -125,40 +148,30 @@ int Receive_Pack(Context& ctx)
         return 2;
     }
     Cls_IO& io = *g.IO;
+    io.Link = &link;
     io.Message = [&](int id) { ctx.err << LoadResString(id) << "\n"; };
     io.Progress = [&](int done, int all, const QDate& d) {
         ctx.out << "read " << d.toString(QStringLiteral("yyMMdd")) << " (" << done << "/" << all << ")\n";
         ctx.out.flush();
     };
-    io.Range_Selected = false;
     link.Set_Pack_Car_Code(QStringLiteral("0000"));
     if (!link.SIO_PackCheck()) {
         ctx.err << "vexcli: 팩이 없거나 분석기 작동에 문제가 없습니다 \n";
         return 2;
     }
     ctx.out << "pack of car " << link.Pack_Car_Code() << "\n";
-    if (!from.isEmpty()) {
-        io.Range_Selected = true;
-        g.DB->SysPackInsert = from + QStringLiteral("0000");
-        g.DB->SysDBWriteDate = from + QStringLiteral("0000");
-        g.DB->SysPackLastWrite = to + QStringLiteral("2359");
-    }
-    const int16_t code = io.Pack_Reads();
-    ctx.out << "pack reading: code " << code << "\n";
-    Print_Inbox(ctx);
-    ctx.out << "수신완료\n";
-    return 0;
+    auto progress = [&](int done, int all, const QString& what) {
+        if (what.startsWith(QLatin1String("read ")))
+            ctx.out << what << " (" << done << "/" << all << ")\n";
+        ctx.out.flush();
+    };
+    const Reception_Outcome outcome =
+        Receive_Pack_Days(!from.isEmpty(), Day_Date(from), Day_Date(to), progress, File_Printer(ctx));
+    return Finish(ctx, outcome);
 }
 
 constexpr const char* kUsbUsage =
     "usage: vexcli receive usb --model 130|250|260 [--medium DIR] [--from YYMMDD --to YYMMDD]\n";
-
-// A YYMMDD of a month and a day that the reception can take as a date.
-bool Usb_Day(const QString& yymmdd)
-{
-    return yymmdd.size() == 6 && All_Digits(yymmdd) && yymmdd.mid(2, 2).toInt() >= 1 &&
-           yymmdd.mid(2, 2).toInt() <= 12 && yymmdd.mid(4, 2).toInt() >= 1 && yymmdd.mid(4, 2).toInt() <= 31;
-}
 
 int Receive_Usb(Context& ctx)
 {
@@ -209,7 +222,7 @@ int Receive_Usb(Context& ctx)
     ctx.out << "last reception " << last.left(2) << "-" << last.mid(2, 2) << "-" << last.mid(4, 2) << "\n";
 
     QString oldest = master->start.left(6), newest = master->end.left(6);
-    if (!Usb_Day(oldest) || !Usb_Day(newest) || oldest == newest) {
+    if (!Is_Day(oldest) || !Is_Day(newest) || oldest == newest) {
         const Usb_Days_Held held = Usb_Log_Days(medium.Log(), model, G().IO->Today_Date().year() % 100);
         oldest = held.oldest;
         newest = held.newest;
@@ -217,28 +230,9 @@ int Receive_Usb(Context& ctx)
     ctx.out << "days " << (oldest.isEmpty() ? QStringLiteral("-") : oldest) << " to "
             << (newest.isEmpty() ? QStringLiteral("-") : newest) << "\n";
 
-    // Receive step.
-    Usb_Reception& state = Usb_State();
-    state = Usb_Reception{};
-    state.car = master->car;
-    state.driver = master->driver;
-    state.from = from.isEmpty() ? oldest : from;
-    state.to = to.isEmpty() ? newest : to;
-    if (model == QLatin1String("130")) {
-        const QString filed = File_Dat130(medium.Log(), master->car, G().IO->Today_Date());
-        if (filed.isEmpty()) {
-            ctx.err << "vexcli: the log could not be filed: " << Err_Last() << "\n";
-            return 2;
-        }
-        ctx.out << "filed " << QFileInfo(filed).fileName() << "\n";
-    } else if (!Decode_Dat250(medium.Log())) {
-        ctx.err << "vexcli: the log could not be read: " << Err_Last() << "\n";
-        return 2;
-    }
-    Print_Inbox(ctx);
-    ctx.out << "수신완료\n";
-    state = Usb_Reception{};
-    return 0;
+    // Receive step: the chosen dates, else the days the medium holds.
+    const Filing_Note who = Usb_Reception_Note(*master, from.isEmpty() ? oldest : from, to.isEmpty() ? newest : to);
+    return Finish(ctx, Receive_Usb_Log(model, medium.Log(), who, {}, File_Printer(ctx)));
 }
 
 } // namespace
@@ -253,8 +247,11 @@ int Cmd_Receive(Context& ctx)
     if (source == QLatin1String("inbox")) {
         if (!Start_App(ctx) || !Load_App_Settings(ctx))
             return 2;
-        Print_Inbox(ctx);
-        return 0;
+        Reception_Outcome outcome;
+        outcome.failure = Reception_Precheck();
+        if (outcome.failure.isEmpty())
+            Run_Inbox(outcome, {}, 0, File_Printer(ctx));
+        return Finish(ctx, outcome);
     }
     ctx.err << "vexcli: receive pack|usb|inbox\n";
     return 2;

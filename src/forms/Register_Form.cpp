@@ -12,6 +12,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace vex::forms {
 
@@ -169,10 +170,13 @@ void Register_Form::Refresh(const QString& selectCode)
             select = int(r);
     }
     TDBGrid1->resizeColumnsToContents();
-    // Wide enough to show every column without scrolling, within reason.
+    // Wide enough to show every column without scrolling, within reason:
+    // from what the columns hold, never from their widths now, which a
+    // stretched last column inflates at every refresh.
     int width = TDBGrid1->verticalHeader()->sizeHint().width() + 24;
     for (int c = 0; c < Model->columnCount(); ++c)
-        width += TDBGrid1->columnWidth(c);
+        width += std::max(static_cast<const QAbstractItemView*>(TDBGrid1)->sizeHintForColumn(c),
+                          TDBGrid1->horizontalHeader()->sectionSizeHint(c));
     TDBGrid1->setMinimumWidth(qMin(width, 900));
     if (select >= 0) {
         TDBGrid1->setCurrentIndex(Model->index(select, 0));

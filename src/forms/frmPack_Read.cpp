@@ -80,11 +80,9 @@ void frmPack_Read::Cmd_Save_Click()
         Msg_Box(QStringLiteral("수신 에러"));
         return;
     }
-    Usb_State().car = master->car;
-    Usb_State().driver = master->driver;
-    const Pack_Receive r = Usb_Receive_Step(model_, root_, master->car, true, TDBDate1[0]->date(),
-                                            TDBDate1[1]->date());
-    Msg_Box(r.ok ? QStringLiteral("수신 완료") : QStringLiteral("수신 에러"));
+    const Pack_Receive r = Usb_Receive_Step(model_, root_, true, TDBDate1[0]->date(), TDBDate1[1]->date());
+    Msg_Box((r.ok ? QStringLiteral("수신 완료") : QStringLiteral("수신 에러")) + QLatin1Char('\n') +
+            (r.ok ? r.outcome.Summary() : r.message));
 }
 
 } // namespace vex::forms

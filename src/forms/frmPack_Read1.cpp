@@ -7,7 +7,6 @@
 #include "core/Mod_Main.h"
 #include "forms/MDIForm_Main.h"
 #include "forms/Msg_Box.h"
-#include "forms/frm_Pack_check.h"
 #include "forms/logic/Reception_Logic.h"
 #include "forms/logic/Usb_Drives.h"
 
@@ -18,6 +17,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace vex::forms {
 
@@ -68,8 +68,13 @@ frmPack_Read1::frmPack_Read1(QWidget* parent) : Vex_Form(QString::fromLatin1(kNa
     Drive1->addItems(Usb_Roots());
     ProgressBar1 = new QProgressBar(this);
     ProgressBar1->setObjectName(QStringLiteral("ProgressBar1"));
-    ProgressBar1->setRange(0, 2);
+    ProgressBar1->setRange(0, 1);
     ProgressBar1->setValue(0);
+    ProgressBar1->setFormat(QStringLiteral("%v / %m"));
+    Label_Result = new QLabel(this);
+    Label_Result->setObjectName(QStringLiteral("Label_Result"));
+    Label_Result->setWordWrap(true);
+    Label_Result->setTextInteractionFlags(Qt::TextSelectableByMouse);
     Cmd_Save = new QPushButton(kInfo, this);
     Cmd_Save->setObjectName(QStringLiteral("Cmd_Save"));
     Cmd_Save->setMinimumHeight(36);
@@ -111,6 +116,7 @@ frmPack_Read1::frmPack_Read1(QWidget* parent) : Vex_Form(QString::fromLatin1(kNa
     box->addWidget(sourceBox);
     box->addLayout(grid);
     box->addWidget(ProgressBar1);
+    box->addWidget(Label_Result);
     box->addStretch();
     box->addLayout(buttons);
 }
@@ -122,6 +128,7 @@ void frmPack_Read1::Choose_Source(const QString& source)
     Text1->clear();
     Text2->clear();
     ProgressBar1->setValue(0);
+    Label_Result->clear();
 }
 
 void frmPack_Read1::Set_Step(bool receive)
@@ -136,6 +143,8 @@ void frmPack_Read1::Command3_Click()
     if (found)
         if (MDIForm_Main* m = MDIForm_Main::Instance())
             m->Set_Panel(4, Link_Panel4_Text(1));
+    // Said here too: the main window's status bar may lie behind this window.
+    Label_Result->setText(Link_Status_Text(found));
 }
 
 void frmPack_Read1::Cmd2_Click()
@@ -205,13 +214,8 @@ void frmPack_Read1::Info_Step()
 
 void frmPack_Read1::Progress(int done, int all)
 {
-    if (all > 0) {
-        ProgressBar1->setRange(0, all);
-        ProgressBar1->setValue(done);
-    }
-    if (auto* check = static_cast<frm_Pack_check*>(Find_Form(QString::fromLatin1(frm_Pack_check::kName)))) {
-        check->ProgressBar1->setRange(0, 0); // the inbox pass has no known end
-    }
+    ProgressBar1->setRange(0, std::max(all, 1));
+    ProgressBar1->setValue(std::min(done, std::max(all, 1)));
     // Long work stays on this thread; the window answers between days.
     QCoreApplication::processEvents();
 }
@@ -222,36 +226,29 @@ void frmPack_Read1::Receive_Step()
     const QDate from = TDBDate1[0]->date(), to = TDBDate1[1]->date();
     if (source_ == QLatin1String("260"))
         return;
-    ProgressBar1->setRange(0, 2);
-    ProgressBar1->setValue(1);
+    ProgressBar1->setRange(0, 1);
+    ProgressBar1->setValue(0);
+    Label_Result->clear();
     QCoreApplication::processEvents();
+    auto progress = [this](int done, int all, const QString&) { Progress(done, all); };
     Pack_Receive r;
     if (source_ == QLatin1String("pack")) {
         if (G().IO)
             G().IO->Message = [](int id) { Msg_Box(id); };
-        r = Pack_Receive_Step(range, from, to, [this](int done, int all) {
-            if (all == 0 && !Find_Form(QString::fromLatin1(frm_Pack_check::kName))) {
-                auto* check = new frm_Pack_check(this);
-                check->move(pos());
-                check->show();
-            }
-            Progress(done, all);
-        });
+        r = Pack_Receive_Step(range, from, to, progress);
         if (G().IO)
             G().IO->Message = nullptr;
-        if (!r.ok)
-            Set_Step(false);
     } else {
-        r = Usb_Receive_Step(source_, root_, Text2->text(), range, from, to);
+        r = Usb_Receive_Step(source_, root_, range, from, to, progress);
     }
-    if (Vex_Form* check = Find_Form(QString::fromLatin1(frm_Pack_check::kName)))
-        delete check;
-    ProgressBar1->setRange(0, 2);
-    ProgressBar1->setValue(r.ok ? 2 : 0);
-    if (!r.message.isEmpty())
+    if (r.ok) {
+        ProgressBar1->setValue(ProgressBar1->maximum());
+        Label_Result->setText(r.outcome.Summary());
+        Msg_Box(r.message + QLatin1Char('\n') + r.outcome.Summary());
+    } else if (!r.message.isEmpty()) {
         Msg_Box(r.message);
-    if (r.ok)
-        Set_Step(false);
+    }
+    Set_Step(false);
 }
 
 } // namespace vex::forms

@@ -27,7 +27,8 @@ public:
     QLineEdit* Text2;          // car code in the source
     QLineEdit* TDBText_Config; // USB path or pack folder
     QComboBox* Drive1;
-    QProgressBar* ProgressBar1;
+    QProgressBar* ProgressBar1; // one run: days read, then days stored
+    QLabel* Label_Result;       // the connection's state and what the last reception did
     QPushButton* Cmd_Save;     // its caption is Label2's: "정보보기" or "수신"
     QPushButton* Command3;     // connect analyzer
     QPushButton* Cmd2;         // pack folder

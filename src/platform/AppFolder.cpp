@@ -40,6 +40,13 @@ QString App_Path(const QString& appDir, const QString& systemPath)
     return rel.isEmpty() ? appDir : appDir + QLatin1Char('/') + rel;
 }
 
+bool Inside_Folder(const QString& root, const QString& path)
+{
+    const QString r = QDir::cleanPath(QFileInfo(root).absoluteFilePath());
+    const QString p = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
+    return p == r || p.startsWith(r + QLatin1Char('/'));
+}
+
 namespace {
 
 bool Fail(QString* reason, const QString& text)

@@ -27,4 +27,8 @@ bool Init_App_Folder(const QString& appDir, QString* reason = nullptr);
 // a path under the application folder, with '/' as separator.
 QString App_Path(const QString& appDir, const QString& systemPath);
 
+// True when path, made absolute and clean ("..", "." resolved), lies inside
+// root: every file the program writes stays under its application folder.
+bool Inside_Folder(const QString& root, const QString& path);
+
 } // namespace vex

@@ -15,6 +15,12 @@ QString FileSystem::Path(const QString& path) const
     return App_Path(appDir_, path);
 }
 
+bool FileSystem::Writable(const QString& path) const
+{
+    const bool systemForm = !(path.startsWith(QLatin1Char('/')) && !path.contains(QLatin1Char('\\')));
+    return !systemForm || Inside_Folder(appDir_, Path(path));
+}
+
 bool FileSystem::FileExists(const QString& path) const
 {
     return QFileInfo(Path(path)).isFile();
@@ -27,11 +33,13 @@ bool FileSystem::FolderExists(const QString& path) const
 
 bool FileSystem::CreateFolder(const QString& path) const
 {
-    return QDir().mkpath(Path(path));
+    return Writable(path) && QDir().mkpath(Path(path));
 }
 
 bool FileSystem::CopyFile(const QString& from, const QString& to, bool overwrite) const
 {
+    if (!Writable(to))
+        return false;
     const QString src = Path(from), dst = Path(to);
     if (QFileInfo::exists(dst)) {
         if (!overwrite)
@@ -52,7 +60,7 @@ bool FileSystem::CopyFile(const QString& from, const QString& to, bool overwrite
 
 bool FileSystem::DeleteFile(const QString& path) const
 {
-    return QFile::remove(Path(path));
+    return Writable(path) && QFile::remove(Path(path));
 }
 
 qint64 FileSystem::FileSize(const QString& path) const

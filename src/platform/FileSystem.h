@@ -14,6 +14,11 @@ public:
     // lies under the application folder; any other is an absolute path.
     QString Path(const QString& path) const;
 
+    // False for a path of the system's form that climbs out of the
+    // application folder ("\new\..\..\x"): the program writes nothing there.
+    // Create, copy and delete refuse such targets.
+    bool Writable(const QString& path) const;
+
     bool FileExists(const QString& path) const;
     bool FolderExists(const QString& path) const;
     bool CreateFolder(const QString& path) const;

@@ -53,7 +53,7 @@ bool Cls_DB::DB_Connection()
         // SQLite would make an empty file of a missing database: a missing
         // database is a failure to connect, as it was with a data source.
         if (target_.engine == Engine::Sqlite) {
-            if (!QFileInfo(target_.database).isFile())
+            if (!Is_Sqlite_Memory(target_) && !QFileInfo(target_.database).isFile())
                 throw RunTimeError(QStringLiteral("database file not found: ") + target_.database);
             db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=5000"));
         }
@@ -87,7 +87,7 @@ void Cls_DB::DB_DConnection()
 Recordset Cls_DB::DB_RSet_D_D(const QString& sql, const QVariantList& values, int /*option*/)
 {
     if (!open_)
-        throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
+        Engine_Failure(QStringLiteral("Operation is not allowed when the object is closed."));
     return Recordset(*this, sql, values);
 }
 
@@ -101,38 +101,51 @@ QSqlQuery& Cls_DB::Prepared(const QString& sql)
     QSqlQuery q(QSqlDatabase::database(name_, false));
     q.setForwardOnly(true);
     if (!q.prepare(sql))
-        throw RunTimeError(q.lastError().text() + QStringLiteral(" [") + sql + QLatin1Char(']'));
+        Engine_Failure(q.lastError().text() + QStringLiteral(" [") + sql + QLatin1Char(']'));
     return *statements_.insert(sql, q);
 }
 
 void Cls_DB::Execute(const QString& sql, const QVariantList& values)
 {
     if (!open_)
-        throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
+        Engine_Failure(QStringLiteral("Operation is not allowed when the object is closed."));
     QSqlQuery q(QSqlDatabase::database(name_, false));
     const QString translated = Translate_Sql(sql, dialect_);
     if (!q.prepare(translated))
-        throw RunTimeError(q.lastError().text());
+        Engine_Failure(q.lastError().text());
     for (const QVariant& v : values)
         q.addBindValue(v);
     if (!q.exec())
-        throw RunTimeError(q.lastError().text());
+        Engine_Failure(q.lastError().text());
 }
 
-Cls_DB::Batch::Batch(Cls_DB& db) : name_(db.name_)
+Cls_DB::Batch::Batch(Cls_DB& db) : db_(db)
 {
     // Only on SQLite: a server aborts the whole transaction at its first
     // failing statement, and the rows before it would be lost.
     if (db.open_ && db.target_.engine == Engine::Sqlite) {
-        QSqlDatabase conn = QSqlDatabase::database(name_, false);
+        QSqlDatabase conn = QSqlDatabase::database(db.name_, false);
         open_ = conn.transaction();
     }
 }
 
 Cls_DB::Batch::~Batch()
 {
-    if (open_)
-        QSqlDatabase::database(name_, false).commit();
+    if (!open_)
+        return;
+    QSqlDatabase conn = QSqlDatabase::database(db_.name_, false);
+    if (!conn.commit()) {
+        const QString error = conn.lastError().text();
+        conn.rollback();
+        Guarded(1089, [&] { db_.Engine_Failure(QStringLiteral("commit failed: ") + error); });
+    }
+}
+
+void Cls_DB::Engine_Failure(const QString& text)
+{
+    ++failures_;
+    lastFailure_ = text;
+    throw RunTimeError(text);
 }
 
 bool Cls_DB::Register_Car(const QString& car, int16_t standardSpeed, const QString& model)
@@ -167,7 +180,7 @@ bool Cls_DB::Register_Driver(const QString& driver)
 void Cls_DB::Ensure_Schema()
 {
     if (!open_)
-        throw RunTimeError(QStringLiteral("Operation is not allowed when the object is closed."));
+        Engine_Failure(QStringLiteral("Operation is not allowed when the object is closed."));
     QSqlDatabase db = QSqlDatabase::database(name_, false);
     vex::Ensure_Schema(db, dialect_);
 }

@@ -30,6 +30,7 @@ public:
     QString Acceleration;       // 4, count of quick accelerations
     QString Brack;              // 2, count of quick brakes
     QString LKEngin;            // 2, count of long overspeeds
+    QString Idle;               // count of idle events, as the searches read it from D_D1
     QString Brack_Data;         // 100: ten brake records of 10
     QString Brack_Buffer_Data;  // 480
     QString Brack_Time_Data;    // 40
@@ -73,6 +74,14 @@ public:
     // which the calling routine's handler takes.
     Recordset DB_RSet_D_D(const QString& sql, const QVariantList& values = {}, int option = 1);
 
+    // Failures of the engine itself: a closed connection, a statement the
+    // engine refused (locked, read-only, full disk), a commit that failed.
+    // Counted, so that a caller can tell whether what it wrote in a span of
+    // work reached the database; the counting call throws RunTimeError.
+    [[noreturn]] void Engine_Failure(const QString& text);
+    int Engine_Failures() const { return failures_; }
+    const QString& Last_Engine_Failure() const { return lastFailure_; }
+
     // A batch of writes in one transaction, for speed. End_Batch commits what
     // was written, also after a failure half way: what a routine wrote
     // before its handler ran stays written, batch or not. SQLite only; on a
@@ -85,7 +94,7 @@ public:
         Batch& operator=(const Batch&) = delete;
 
     private:
-        QString name_;
+        Cls_DB& db_;
         bool open_ = false;
     };
 
@@ -199,6 +208,8 @@ private:
     QHash<QString, QSqlQuery> statements_;
     int state_ = 0;
     bool open_ = false;
+    int failures_ = 0;
+    QString lastFailure_;
 };
 
 } // namespace vex

@@ -156,7 +156,10 @@ QString Ntd_File_Name(const QString& car, const QString& driver, const QString& 
 QString Local_Path(const QString& systemPath)
 {
     const Globals& g = G();
-    return g.FS ? g.FS->Path(systemPath) : App_Path(g.App_Dir, systemPath);
+    const QString path = g.FS ? g.FS->Path(systemPath) : App_Path(g.App_Dir, systemPath);
+    if (!Inside_Folder(g.App_Dir, path))
+        throw RunTimeError(QStringLiteral("Path/File access error: %1 lies outside the application folder").arg(systemPath));
+    return path;
 }
 
 DayFile Read_Day_File(const QString& localPath)

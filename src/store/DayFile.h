@@ -42,6 +42,7 @@ QString Static_File_Name(const QString& car, const QString& driver, const QStrin
 QString Ntd_File_Name(const QString& car, const QString& driver, const QString& day);
 // A system path ("\pack\...") as a path of this machine, through G().FS
 // when the program has started and the application folder otherwise.
+// Throws RunTimeError for a path that leaves the application folder.
 QString Local_Path(const QString& systemPath);
 
 // Throws RunTimeError when the file is missing, unreadable, or shorter than

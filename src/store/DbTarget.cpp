@@ -45,6 +45,20 @@ DbTarget Parse_DB_Server(const QString& server, const QString& appDir)
     return t;
 }
 
+DbTarget Sqlite_Memory_Target()
+{
+    DbTarget t;
+    t.engine = Engine::Sqlite;
+    t.driver = QStringLiteral("QSQLITE");
+    t.database = QStringLiteral(":memory:");
+    return t;
+}
+
+bool Is_Sqlite_Memory(const DbTarget& target)
+{
+    return target.engine == Engine::Sqlite && target.database == QLatin1String(":memory:");
+}
+
 QString Engine_Name(Engine engine)
 {
     switch (engine) {

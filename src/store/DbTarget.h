@@ -26,4 +26,10 @@ DbTarget Parse_DB_Server(const QString& server, const QString& appDir);
 
 QString Engine_Name(Engine engine);
 
+// A SQLite database that lives in memory only (":memory:"): no file, gone
+// with its connection. The fuzz targets store into one, so that a decoded
+// day costs no disk write.
+DbTarget Sqlite_Memory_Target();
+bool Is_Sqlite_Memory(const DbTarget& target);
+
 } // namespace vex

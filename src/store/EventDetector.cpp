@@ -101,15 +101,16 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
 
     DayEvents out;
 
-    // Minute series: the largest speed and engine byte of each minute's 60
-    // seconds, minute 1 over seconds 1 to 60.
+    // Minute series: the largest speed and engine byte of each clock minute,
+    // minute M over the elements 60M to 60M + 59 (element i is second i of
+    // the day).
     out.Sec_Data.resize(kSeriesChars);
     out.Sec_RPM_Data.resize(kSeriesChars);
     QChar* sp = out.Sec_Data.data();
     QChar* rp = out.Sec_RPM_Data.data();
     for (int m = 0; m < kDayMinutes; ++m) {
         uint8_t vs = 0, ve = 0;
-        for (int s = m * 60 + 1; s <= m * 60 + 60; ++s) {
+        for (int s = m * 60; s < m * 60 + 60; ++s) {
             vs = std::max(vs, speed[s]);
             ve = std::max(ve, engine[s]);
         }

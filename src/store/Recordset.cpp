@@ -37,7 +37,7 @@ QSqlQuery& Exec(Cls_DB& db, const QString& sql, const QVariantList& values)
     if (!q.exec()) {
         const QString error = q.lastError().text();
         q.finish();
-        throw RunTimeError(error + QStringLiteral(" [") + sql + QLatin1Char(']'));
+        db.Engine_Failure(error + QStringLiteral(" [") + sql + QLatin1Char(']'));
     }
     return q;
 }
@@ -176,7 +176,7 @@ void Recordset::Update_Row()
     const int affected = q.numRowsAffected();
     q.finish();
     if (affected == 0)
-        throw RunTimeError(QStringLiteral("Row cannot be located for updating. Some values may have been changed since it was last read."));
+        db_->Engine_Failure(QStringLiteral("Row cannot be located for updating. Some values may have been changed since it was last read."));
 }
 
 void Recordset::Close()

@@ -4,6 +4,8 @@
 #include "acquisition/Cls_IO.h"
 #include "acquisition/PackImage.h"
 #include "acquisition/PackLayout.h"
+#include "acquisition/Reception.h"
+#include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
 #include "support/AppSession.h"
@@ -119,6 +121,36 @@ TEST_F(PackReads, OnlyNewDaysAreReadAndThePackIsMarked)
     EXPECT_TRUE(Sent("START").contains("START0C1F000007FFENDOF"));
     EXPECT_TRUE(Sent("START").contains("START0102000007FFENDOF"));
     EXPECT_EQ(PageText(image.Read_Hex(kSystemPageAddress)).field(SysPage::SysDBWriteDate), "2501021200");
+}
+
+TEST_F(PackReads, ADayWithoutAReplyIsSkippedMarkedAndTold)
+{
+    Cls_IO& io = *G().IO;
+    System_Page("AA", "2412101200", "2412121200");
+    io.Today = [] { return QDate(2024, 12, 13); };
+    // The third page of the 11th never answers.
+    port.onWrite = [this](test::ScriptedPort& p, const QByteArray& m) {
+        if (!m.startsWith("START0F0B"))
+            Answer(p, m);
+    };
+    EXPECT_EQ(io.Pack_Reads(), 4);
+    ASSERT_EQ(io.Skipped.size(), 1u);
+    EXPECT_EQ(io.Skipped[0].day, QDate(2024, 12, 11));
+    // The pack is marked read past it all the same, so the report says so.
+    EXPECT_EQ(PageText(image.Read_Hex(kSystemPageAddress)).field(SysPage::SysDBWriteDate), "2412121200");
+
+    System_Page("AA", "2412101200", "2412121200");
+    const Reception_Outcome outcome = Receive_Pack_Days(false, {}, {});
+    EXPECT_FALSE(outcome.Clean());
+    ASSERT_EQ(outcome.skipped.size(), 1u);
+    EXPECT_TRUE(outcome.Summary().contains("241211 (no reply)")) << outcome.Summary().toStdString();
+    EXPECT_TRUE(outcome.failure.isEmpty());
+
+    // No reply at all: the reception failed, and says why.
+    port.onWrite = [](test::ScriptedPort&, const QByteArray&) {};
+    const Reception_Outcome dead = Receive_Pack_Days(false, {}, {});
+    EXPECT_EQ(dead.failure, LoadResString(5009));
+    EXPECT_TRUE(dead.Summary().contains(LoadResString(5009)));
 }
 
 TEST_F(PackReads, WritesGoOneByteAMessage)

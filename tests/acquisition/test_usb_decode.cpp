@@ -35,9 +35,9 @@ protected:
         const auto sample = Make_Sample_Usb(r, &error);
         ASSERT_TRUE(sample) << error.toStdString();
         log = sample->log;
-        Usb_State() = Usb_Reception{kCar, kDriver, {}, {}, {}};
     }
-    void TearDown() override { Usb_State() = Usb_Reception{}; }
+    // The reception that filed the log: its medium's codes, all dates.
+    Filing_Note who{kCar, kDriver, "000101", "991231"};
 
     void Put(qint64 at, const QByteArray& bytes) { log.replace(at, bytes.size(), bytes); }
     void Erase(qint64 at, qint64 n) { log.replace(at, n, QByteArray(n, char(0xFF))); }
@@ -45,6 +45,7 @@ protected:
     {
         const QString path = app.Path("new/" + kCar + "260105.dat");
         app.Write_File("new/" + kCar + "260105.dat", log);
+        app.Write_File("new/" + kCar + "260105.dat.id", Filing_Note_Text(who));
         return Decode_Dat130(path);
     }
     QString Text(const QString& table, const QString& day, const char* field = "D_F2")
@@ -183,21 +184,55 @@ TEST_F(Usb130, MinuteRecordsStartTheirSecondPartAtItsOwnOffset)
     EXPECT_FALSE(QFile::exists(Local_Path(Day_File_Name(kCar, kDriver, "260005"))));
 }
 
-TEST_F(Usb130, TheReceptionsDatesLimitEveryRegion)
+TEST_F(Usb130, TheReceptionsDatesLimitHoursAndMinutesButNotTheEventRing)
 {
-    Usb_State().from = "260106";
-    Usb_State().to = "260131";
+    // Brakes of the 5th around one of the 6th, in the ring of events.
+    Erase(kEventRegion130, qint64(kEventRecords130) * kEventRecord130);
+    auto Brake = [&](int i, const char* stamp) {
+        Put(kEventRegion130 + i * kEventRecord130, QByteArray::fromHex(stamp) + QByteArray::fromHex("00470032"));
+    };
+    Brake(0, "260106070000");
+    Brake(1, "260105080100");
+    Brake(2, "260106090000");
+    Brake(3, "260105080100"); // the same brake again, as a ring wraps
+    who.from = "260105";
+    who.to = "260105";
     ASSERT_TRUE(Decode());
-    EXPECT_TRUE(Text("D_D1", "260105").isEmpty());
-    EXPECT_TRUE(Text("D_D3", "260105").isEmpty());
-    EXPECT_TRUE(Text("D_D4", "260105").isEmpty());
-    EXPECT_FALSE(QFile::exists(Local_Path(Day_File_Name(kCar, kDriver, "260105"))));
+    EXPECT_FALSE(Text("D_D3", "260105").isEmpty());
+    EXPECT_TRUE(Text("D_D1", "260106").isEmpty());
+    EXPECT_TRUE(Text("D_D3", "260106").isEmpty());
+    EXPECT_FALSE(QFile::exists(Local_Path(Day_File_Name(kCar, kDriver, "260106"))));
+    // Every record with a stamp counts, whatever the dates; a run of one day
+    // ends where another day's record stands, so a brake is listed once.
+    EXPECT_EQ(Text("D_D2", "260105"), "0801003223");
+    EXPECT_EQ(Text("D_D2", "260106"), "07000032230900003223");
+}
 
-    // Without a reception of this car the driver is unknown.
-    Usb_State() = Usb_Reception{};
+TEST_F(Usb130, AFiledLogIsDecodedUnderTheReceptionThatFiledItOrWaits)
+{
+    // No note beside it: nothing is decoded, under no driver.
+    app.Write_File("new/" + kCar + "260105.dat", log);
+    EXPECT_FALSE(Decode_Dat130(app.Path("new/" + kCar + "260105.dat")));
+    Recordset none = G().DB->DB_RSet_D_D("SELECT * FROM D_D1");
+    EXPECT_EQ(none.RecordCount(), 0);
+
+    // Another reception under way changes nothing: the note names the driver.
+    Usb_State() = Usb_Reception{"FFFF00", "000999", "260101", "260101", {}};
+    who.to = "260105";
     ASSERT_TRUE(Decode());
-    Recordset rs = G().DB->DB_RSet_D_D("SELECT * FROM D_D1 WHERE D_F1=?", {kCar + "000000" + "260105"});
-    EXPECT_EQ(rs.RecordCount(), 1);
+    Usb_State() = Usb_Reception{};
+    Recordset rs = G().DB->DB_RSet_D_D("SELECT * FROM D_D1");
+    ASSERT_EQ(rs.RecordCount(), 1);
+    EXPECT_EQ(rs.Text("D_F1"), kCar + kDriver + "260105");
+
+    // Notes that can't be trusted are no notes.
+    EXPECT_FALSE(Parse_Filing_Note("car=12AB00\ndriver=../../x\nfrom=260101\nto=260131\n"));
+    EXPECT_FALSE(Parse_Filing_Note("car=12AB00\ndriver=000123\nfrom=260131\nto=260101\n"));
+    EXPECT_FALSE(Parse_Filing_Note("car=12AB00\ndriver=000123\nfrom=261301\n"));
+    const auto back = Parse_Filing_Note(Filing_Note_Text(who));
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back->driver, kDriver);
+    EXPECT_EQ(back->to, "260105");
 }
 
 TEST_F(Usb130, OneHourAtATimeMergesLikeTheWholeLog)

@@ -63,6 +63,13 @@ protected:
         app.Write_File(rel, bytes);
         return app.Path(rel);
     }
+    // A "130" log filed by a reception of its medium.
+    QString Filed(const QByteArray& bytes)
+    {
+        app.Write_File("new/12AB00260105.dat.id",
+                       Filing_Note_Text({"12AB00", "000123", "000101", "991231"}));
+        return Put("new/12AB00260105.dat", bytes);
+    }
     int Rows(const QString& table) { return G().DB->DB_RSet_D_D("SELECT * FROM " + table).RecordCount(); }
 };
 
@@ -73,12 +80,12 @@ TEST_F(UsbDamage_, CutAndNoisyModel130LogsDecodeWhatIsWhole)
     const QByteArray log = Sample("130").log;
     for (qint64 n : {qint64(0), qint64(1), qint64(255), qint64(257), qint64(3 * 256 + 7), kEventRegion130 - 3,
                      kEventRegion130 + 15, kMinuteRegion130A + 60, kMinuteRegion130B + 100})
-        EXPECT_TRUE(Decode_Dat130(Put("new/12AB00260105.dat", log.left(n)))) << n;
+        EXPECT_TRUE(Decode_Dat130(Filed(log.left(n)))) << n;
     // Hours cut at the event region are all there.
     EXPECT_EQ(Rows("D_D1"), 2);
     for (uint64_t seed = 1; seed <= 3; ++seed) {
-        EXPECT_TRUE(Decode_Dat130(Put("new/12AB00260105.dat", Noise(kDat130Filed, seed))));
-        EXPECT_TRUE(Decode_Dat130(Put("new/12AB00260105.dat", Digit_Noise(kDat130Filed, seed, 256))));
+        EXPECT_TRUE(Decode_Dat130(Filed(Noise(kDat130Filed, seed))));
+        EXPECT_TRUE(Decode_Dat130(Filed(Digit_Noise(kDat130Filed, seed, 256))));
     }
     EXPECT_FALSE(Decode_Dat130(app.Path("new/none.dat")));
 }
@@ -165,7 +172,7 @@ TEST_F(UsbDamage_, DamagedSampleMediaReceiveTheirGoodPart)
         ASSERT_TRUE(s);
         QDir(app.Path("new")).removeRecursively();
         if (QString(model) == "130")
-            ASSERT_TRUE(Decode_Dat130(Put("new/12AB00260105.dat", s->log)));
+            ASSERT_TRUE(Decode_Dat130(Filed(s->log)));
         else {
             ASSERT_TRUE(Decode_Dat250(Put("m/SPDR0403.dat", s->log)));
             for (const QString& f : QDir(app.Path("new")).entryList(QDir::Files))

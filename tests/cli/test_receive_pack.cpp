@@ -102,7 +102,7 @@ TEST(ReceivePack, ThirtyOneDaysThenNothingNewThenAChosenRange)
     r = test::Vexcli({"--app-dir", site, "receive", "pack"}, env);
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     EXPECT_EQ(Count(r.out, "read"), 0);
-    EXPECT_TRUE(r.out.contains("0 file(s) decoded"));
+    EXPECT_TRUE(r.out.contains("수신완료\n0 day(s) stored\n")) << r.out.toStdString();
     EXPECT_EQ(Sys_Field(image, SysPage::SysDBWriteDate), lastDay + lastWrite.mid(6, 4));
 
     // A chosen range is read again and overwrites; the pack's mark moves back.
@@ -117,6 +117,27 @@ TEST(ReceivePack, ThirtyOneDaysThenNothingNewThenAChosenRange)
                              {"000001000002", first.toString("yyMMdd")})
                   .RecordCount(),
               31);
+}
+
+TEST(ReceivePack, AnalyzerFaultsAreNoSuccess)
+{
+    test::TempApp app;
+    const QString image = app.Path("pack.img");
+    const QDate first = QDate::currentDate().addDays(-2);
+    ASSERT_EQ(test::Vexcli({"sample", "pack", "--out", image, "--car", "0001", "--driver", "0002", "--from",
+                            first.toString("yyMMdd"), "--days", "2", "--last-read",
+                            first.toString("yyMMdd") + "0000"})
+                  .code,
+              0);
+    for (const char* fault : {"cut", "no-reply"}) {
+        test::Emulator analyzer(image, fault);
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("VEX_SERIAL_PORTS", analyzer.Tty());
+        const test::CliRun r = test::Vexcli({"--app-dir", app.Path("site"), "receive", "pack"}, env);
+        EXPECT_NE(r.code, 0) << fault;
+        EXPECT_TRUE(r.out.contains("수신완료")) << r.out.toStdString();
+        EXPECT_TRUE(r.out.contains("reception failed: the pack's system page could not be read")) << r.out.toStdString();
+    }
 }
 
 TEST(ReceivePack, NoAnalyzerAndBadOptionsAreRefused)

@@ -152,8 +152,8 @@ TEST(ReceiveUsb, Model130FilesTheLogAndStoresItsThreeRegions)
 
     test::CliRun r = test::Vexcli({"--app-dir", s.site, "receive", "usb", "--model", "130", "--medium", s.app.Path("m")});
     ASSERT_EQ(r.code, 0) << r.out.toStdString() << r.err.toStdString();
-    EXPECT_EQ(Count(r.out, "filed"), 1);
     EXPECT_EQ(Count(r.out, "stored"), 3) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains("수신완료\n3 day(s) stored\n")) << r.out.toStdString();
     EXPECT_TRUE(QDir(s.site + "/new").isEmpty());
     EXPECT_EQ(QFileInfo(s.site + "/temp.dat").size(), 0x200200);
 
@@ -279,6 +279,43 @@ TEST(ReceiveUsb, TheOtherModelNoMediumAndModel260AreRefusedOrShown)
     EXPECT_TRUE(r.out.contains("model 260  car 12AB00  driver 000123")) << r.out.toStdString();
     EXPECT_EQ(s.Rows("D_D1"), 0);
     EXPECT_EQ(Receive("120", s.app.Path("m130")).code, 2);
+
+    // A medium without its log holds no recordings: it is of neither model.
+    QFile::remove(s.app.Path("m250/SPDR0403.dat"));
+    for (const char* model : {"130", "250"}) {
+        r = Receive(model, s.app.Path("m250"));
+        EXPECT_EQ(r.code, 2);
+        EXPECT_TRUE(r.err.contains("the medium holds no recorder log (SPDR0403.dat)")) << r.err.toStdString();
+    }
+}
+
+TEST(ReceiveUsb, AReceptionKilledAfterFilingIsFinishedUnderItsOwnIdentity)
+{
+    Site s;
+    const auto expected = Make_Medium("130", s.app.Path("m"), QDate(2026, 1, 5), 3);
+    ASSERT_EQ(test::Vexcli({"--app-dir", s.site, "init"}).code, 0);
+    // The reception filed the log and its note, then died before the pass.
+    QFile::copy(s.app.Path("m/SPDR0403.dat"), s.site + "/new/12AB00261123.dat");
+    QFile note(s.site + "/new/12AB00261123.dat.id");
+    ASSERT_TRUE(note.open(QIODevice::WriteOnly));
+    note.write("car=12AB00\ndriver=000123\nfrom=260105\nto=260107\n");
+    note.close();
+    // A log filed without its note waits and says why.
+    QFile::copy(s.app.Path("m/SPDR0403.dat"), s.site + "/new/12AB00261124.dat");
+
+    // The next reception of another medium finishes it, under its own car,
+    // driver and dates, and leaves the log without a note where it is.
+    Make_Medium("250", s.app.Path("m250"), QDate(2026, 2, 1), 1);
+    test::CliRun r = test::Vexcli({"--app-dir", s.site, "receive", "usb", "--model", "250", "--medium",
+                                   s.app.Path("m250")});
+    EXPECT_EQ(r.code, 1) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains("kept 12AB00261124.dat (no record of the reception")) << r.out.toStdString();
+    EXPECT_TRUE(QFile::exists(s.site + "/new/12AB00261124.dat"));
+    EXPECT_FALSE(QFile::exists(s.site + "/new/12AB00261123.dat"));
+    EXPECT_FALSE(QFile::exists(s.site + "/new/12AB00261123.dat.id"));
+    for (const auto& [day, want] : expected)
+        EXPECT_EQ(s.Rows("D_D1 WHERE D_F1='12AB00000123" + day + "'"), 1) << day.toStdString();
+    EXPECT_EQ(s.Rows("D_D1 WHERE D_F3='000000'"), 0);
 }
 
 TEST(ReceiveUsb, SavedDaysLeftInTheInboxAreDecodedByTheInboxPass)
@@ -296,8 +333,10 @@ TEST(ReceiveUsb, SavedDaysLeftInTheInboxAreDecodedByTheInboxPass)
     cut.write(s.File("new/A.NTD").left(90000));
     cut.close();
 
+    // A file left behind is no success: the pass says so and exits non-zero.
     r = test::Vexcli({"--app-dir", s.site, "receive", "inbox"});
-    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    ASSERT_EQ(r.code, 1) << r.err.toStdString();
+    EXPECT_TRUE(r.err.contains("B.NTD")) << r.err.toStdString();
     EXPECT_TRUE(r.out.contains("decoded A.NTD")) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("kept B.NTD"));
     EXPECT_TRUE(r.out.contains("stored 260210 car 34CD00 driver 000042"));

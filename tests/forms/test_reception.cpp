@@ -3,6 +3,7 @@
 #include "GuiFixture.h"
 
 #include "acquisition/AnalyzerLink.h"
+#include "core/Messages.h"
 #include "forms/frmPack_Read1.h"
 #include "forms/logic/Reception_Logic.h"
 #include "support/CliRun.h"
@@ -116,14 +117,22 @@ TEST_F(ReceptionTest, PackFromTheAnalyzerEmulator)
     EXPECT_EQ(f->TDBDate1[1]->date(), first_.addDays(2));
     EXPECT_LE(f->TDBDate1[0]->date(), first_);
 
-    // Receive: three days stored, back to the first step.
+    // Receive: three days stored, back to the first step. One bar runs
+    // forward over the days read and stored; no second window covers it.
+    std::vector<int> values;
+    QObject::connect(f->ProgressBar1, &QProgressBar::valueChanged, [&](int v) {
+        values.push_back(100 * v / std::max(1, f->ProgressBar1->maximum()));
+        EXPECT_EQ(Find_Form("frm_Pack_check"), nullptr);
+    });
     Press(f->Cmd_Save);
-    EXPECT_EQ(msgs.Last(), "수신완료");
+    EXPECT_EQ(msgs.Last(), "수신완료\n" + LoadResString(5001).arg(3));
+    EXPECT_EQ(f->Label_Result->text(), LoadResString(5001).arg(3));
     EXPECT_EQ(Days_Of_Car(), 3);
     EXPECT_EQ(f->Step(), "정보보기");
     EXPECT_EQ(f->ProgressBar1->value(), f->ProgressBar1->maximum());
+    EXPECT_TRUE(std::is_sorted(values.begin(), values.end())) << "the bar never runs back";
+    EXPECT_GE(values.size(), 6u);
     EXPECT_FALSE(f->Busy());
-    EXPECT_EQ(Find_Form("frm_Pack_check"), nullptr) << "the loading window goes when done";
 
     // The last reception is searched under "00" + the pack's car code, newest
     // first: rows whose day has letters or a 13th month are passed over.
@@ -143,6 +152,17 @@ TEST_F(ReceptionTest, PackFromTheAnalyzerEmulator)
     EXPECT_EQ(msgs.Last(), "USB가 없읍니다!");
 }
 
+TEST_F(ReceptionTest, AFailedConnectionIsSaidInTheDialog)
+{
+    qputenv("VEX_SERIAL_PORTS", tmp_.filePath("no-such-tty").toLocal8Bit());
+    frmPack_Read1* f = Open_Reception();
+    ASSERT_NE(f, nullptr);
+    Press(f->Command3);
+    EXPECT_EQ(G().Link_Type, 0);
+    EXPECT_EQ(f->Label_Result->text(), "분석기와 연결되지 않았읍니다.");
+    EXPECT_TRUE(f->Label_Result->isVisible());
+}
+
 TEST_F(ReceptionTest, EqualDatesOfTheRangeReadOneDay)
 {
     vex::test::Emulator emulator(image_);
@@ -153,7 +173,7 @@ TEST_F(ReceptionTest, EqualDatesOfTheRangeReadOneDay)
     f->TDBDate1[0]->setDate(first_.addDays(1));
     f->TDBDate1[1]->setDate(first_.addDays(1));
     Press(f->Cmd_Save);
-    EXPECT_EQ(msgs.Last(), "수신완료");
+    EXPECT_EQ(msgs.Last(), "수신완료\n" + LoadResString(5001).arg(1));
     EXPECT_EQ(Days_Of_Car(), 1);
     EXPECT_EQ(Rows("SELECT * FROM D_D1 WHERE D_F4 = ?", {Day(first_.addDays(1))}), 1);
 }
@@ -180,7 +200,7 @@ TEST_F(ReceptionTest, ASecondClickDuringAStepDoesNothing)
     Press(f->Cmd_Save);
     again.stop();
     EXPECT_TRUE(sawBusy);
-    EXPECT_EQ(std::count_if(msgs.seen.begin(), msgs.seen.end(), [](const auto& m) { return m.text == "수신완료"; }), 1);
+    EXPECT_EQ(std::count_if(msgs.seen.begin(), msgs.seen.end(), [](const auto& m) { return m.text.startsWith("수신완료"); }), 1);
     EXPECT_EQ(Days_Of_Car(), 3);
     EXPECT_EQ(f->Step(), "정보보기");
 }

@@ -116,6 +116,15 @@ TEST_F(RegisterTest, CarAddDuplicateEditDeleteSearch)
     QTest::mouseClick(f->cmdSearch, Qt::LeftButton);
     EXPECT_EQ(f->Row_Count(), 2);
 
+    // The window keeps its width however often the grid is filled again.
+    QCoreApplication::processEvents();
+    const int width = f->width();
+    for (int i = 0; i < 3; ++i) {
+        QTest::mouseClick(f->cmdSearch, Qt::LeftButton);
+        QCoreApplication::processEvents();
+    }
+    EXPECT_EQ(f->width(), width);
+
     // Delete: No keeps the row, Yes removes it.
     f->TDBGrid1->setCurrentIndex(f->Model->index(1, 0));
     msgs.answer = QMessageBox::No;

@@ -196,15 +196,21 @@ TEST_P(SaveDay, DayFileThroughTheDetectorIntoTheSummary)
     QString car = "000100", driver = "000200", day = "240131";
     ASSERT_EQ(db->DB_Save_D_D2(car, driver, speed, engine, metres, day, half), -1) << Err_Last().toStdString();
     ASSERT_EQ(db->DB_Save_D_D1_file(car, driver, day), -1) << Err_Last().toStdString();
-    // Second 36000 closes minute 09:59 (seconds 35941 to 36000).
-    EXPECT_EQ(Text("D_D1", key, "D_F5"), "0959");
+    // Element i is second i of the day: 36000 opens the clock minute 10:00.
+    EXPECT_EQ(Text("D_D1", key, "D_F5"), "1000");
     EXPECT_EQ(Text("D_D1", key, "D_F7"), "1009");
     EXPECT_EQ(Num("D_D1", key, "D_F8"), 150);
     EXPECT_EQ(Num("D_D1", key, "D_F9"), 1);  // 0 to 90 at 10:00:00
     EXPECT_EQ(Num("D_D1", key, "D_F10"), 1); // 90 to 0 at 10:10:00
     EXPECT_EQ(Num("D_D1", key, "D_F13"), 1); // 600 s above 80
     EXPECT_EQ(Text("D_D6", key, "D_F2"), "100000101000001000");
-    EXPECT_EQ(Num("D_D1", key, "D_F11"), 11); // minutes 09:59 to 10:09 hold a second of 90
+    EXPECT_EQ(Num("D_D1", key, "D_F11"), 10); // minutes 10:00 to 10:09, no more
+    // The minute series takes each clock minute's own 60 seconds.
+    const QString d3 = Text("D_D3", key, "D_F2");
+    EXPECT_EQ(d3.mid(2 * 599, 2), "00");
+    EXPECT_EQ(d3.mid(2 * 600, 2), "5A");
+    EXPECT_EQ(d3.mid(2 * 609, 2), "5A");
+    EXPECT_EQ(d3.mid(2 * 610, 2), "00");
 
     // A day without its file: the handler and the message, no row touched.
     QStringList shown;

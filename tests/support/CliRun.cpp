@@ -7,7 +7,11 @@ namespace vex::test {
 CliRun Vexcli(const QStringList& args, const QProcessEnvironment& env)
 {
     QProcess p;
-    p.setProcessEnvironment(env);
+    // The reception report is read in English whatever the machine speaks.
+    QProcessEnvironment e = env;
+    if (!e.contains(QStringLiteral("VEX_LANG")))
+        e.insert(QStringLiteral("VEX_LANG"), QStringLiteral("en"));
+    p.setProcessEnvironment(e);
     p.start(QStringLiteral(VEXCLI_PATH), args);
     if (!p.waitForFinished(120000))
         p.kill();

@@ -77,7 +77,7 @@ Pack_Info Pack_Info_Step()
 }
 
 Pack_Receive Pack_Receive_Step(bool useRange, const QDate& from, const QDate& to,
-                               const std::function<void(int, int)>& progress)
+                               const Reception_Progress& progress)
 {
     Pack_Receive r;
     Globals& g = G();
@@ -92,27 +92,7 @@ Pack_Receive Pack_Receive_Step(bool useRange, const QDate& from, const QDate& to
         r.message = Text_No_Pack();
         return r;
     }
-    io.Range_Selected = false;
-    if (useRange) {
-        io.Range_Selected = true;
-        const QString a = from.toString(QStringLiteral("yyMMdd"));
-        const QString b = to.toString(QStringLiteral("yyMMdd"));
-        g.DB->SysPackInsert = a + QStringLiteral("0000");
-        g.DB->SysDBWriteDate = a + QStringLiteral("0000");
-        g.DB->SysPackLastWrite = b + QStringLiteral("2359");
-    }
-    io.Progress = [&](int done, int all, const QDate&) {
-        if (progress)
-            progress(done, all);
-    };
-    r.code = io.Pack_Reads();
-    io.Progress = nullptr;
-    int files = 0;
-    r.decoded = Inbox_Pass([&](const Inbox_File&) {
-        ++files;
-        if (progress)
-            progress(files, 0);
-    });
+    r.outcome = Receive_Pack_Days(useRange, from, to, progress);
     r.ok = true;
     r.message = Text_Received();
     return r;
@@ -150,8 +130,6 @@ Usb_Info Usb_Info_Step(const QString& source, const QString& folder)
         return info;
     }
     info.carCode = master->car;
-    Usb_State().car = master->car;
-    Usb_State().driver = master->driver;
     info.ok = true;
     if (source == QLatin1String("260"))
         return info;
@@ -168,26 +146,26 @@ Usb_Info Usb_Info_Step(const QString& source, const QString& folder)
     return info;
 }
 
-Pack_Receive Usb_Receive_Step(const QString& source, const QString& root, const QString& car, bool useRange,
-                              const QDate& from, const QDate& to)
+Pack_Receive Usb_Receive_Step(const QString& source, const QString& root, bool useRange, const QDate& from,
+                              const QDate& to, const Reception_Progress& progress)
 {
     Pack_Receive r;
     if (source == QLatin1String("260"))
         return r;
-    Usb_Reception& state = Usb_State();
-    state.from = useRange ? from.toString(QStringLiteral("yyMMdd")) : QString();
-    state.to = useRange ? to.toString(QStringLiteral("yyMMdd")) : QString();
-    state.stored.clear();
-    if (source == QLatin1String("130")) {
-        if (File_Dat130(Spdr_Path(root), car, QDate::currentDate()).isEmpty()) {
-            r.message = Text_No_Records();
-            return r;
-        }
-    } else if (!Decode_Dat250(Spdr_Path(root))) {
+    const auto master = Read_Master(Master_Path(root));
+    if (!master) {
         r.message = Text_No_Records();
         return r;
     }
-    r.decoded = Inbox_Pass();
+    QDate a = from, b = to;
+    if (!useRange) {
+        const Usb_Info held = Usb_Info_Step(source, root);
+        a = held.from;
+        b = held.to;
+    }
+    const Filing_Note who = Usb_Reception_Note(*master, a.toString(QStringLiteral("yyMMdd")),
+                                               b.toString(QStringLiteral("yyMMdd")));
+    r.outcome = Receive_Usb_Log(source, Spdr_Path(root), who, progress);
     r.ok = true;
     r.message = Text_Received();
     return r;

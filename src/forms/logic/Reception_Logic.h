@@ -2,6 +2,8 @@
 // The memory pack reception as the reception window runs it: the analyzer
 // connection that stays open between the window's steps, the info step and
 // the receive step, and the search of the last reception.
+#include "acquisition/Reception.h"
+
 #include <QDate>
 #include <QDateTime>
 #include <QString>
@@ -40,16 +42,15 @@ struct Pack_Info {
 Pack_Info Pack_Info_Step();
 
 struct Pack_Receive {
-    bool ok = false;
-    QString message;
-    int16_t code = 0;   // Pack_Reads' result (not examined by the window)
-    int decoded = 0;    // files the inbox pass decoded
+    bool ok = false;            // the step ran to its end ("수신완료")
+    QString message;            // the refusal, or "수신완료"
+    Reception_Outcome outcome;  // what it stored, skipped and kept
 };
 // The receive step of the pack source: with a range, days from..to only.
-// progress is told after each day read and each file decoded; a message of
+// progress is told after each day read and each file stored; a message of
 // the pack routines goes to Cls_IO's Message, which the caller sets.
 Pack_Receive Pack_Receive_Step(bool useRange, const QDate& from, const QDate& to,
-                               const std::function<void(int done, int all)>& progress);
+                               const Reception_Progress& progress);
 
 struct Usb_Info {
     bool ok = false;
@@ -64,9 +65,10 @@ struct Usb_Info {
 // chosen folder, or empty for the walk over the removable drives.
 Usb_Info Usb_Info_Step(const QString& source, const QString& folder);
 
-// The receive step of "130" and "250" on the medium at root; "260" does
-// nothing. The inbox pass follows.
-Pack_Receive Usb_Receive_Step(const QString& source, const QString& root, const QString& car, bool useRange,
-                              const QDate& from, const QDate& to);
+// The receive step of "130" and "250" on the medium at root, for the chosen
+// dates or else the days the medium holds; "260" does nothing. The inbox
+// pass follows.
+Pack_Receive Usb_Receive_Step(const QString& source, const QString& root, bool useRange, const QDate& from,
+                              const QDate& to, const Reception_Progress& progress = {});
 
 } // namespace vex::forms
