@@ -9,6 +9,8 @@
 #include "support/TempApp.h"
 
 #include <QDate>
+#include <QDir>
+#include <QProcess>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 
@@ -117,6 +119,47 @@ TEST(ReceivePack, ThirtyOneDaysThenNothingNewThenAChosenRange)
                              {"000001000002", first.toString("yyMMdd")})
                   .RecordCount(),
               31);
+}
+
+TEST(ReceivePack, AKilledReceptionEndsWithEveryDayStoredOnce)
+{
+    test::TempApp app;
+    const QString site = app.Path("site"), image = app.Path("pack.img");
+    const QDate first = QDate::currentDate().addDays(-5);
+    const test::CliRun sample =
+        test::Vexcli({"sample", "pack", "--out", image, "--car", "0001", "--driver", "0002", "--from",
+                      first.toString("yyMMdd"), "--days", "5", "--last-read", first.toString("yyMMdd") + "0000"});
+    ASSERT_EQ(sample.code, 0) << sample.err.toStdString();
+    const auto expected = Parse_Sample(sample.out);
+    test::Emulator analyzer(image);
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("VEX_SERIAL_PORTS", analyzer.Tty());
+    env.insert("VEX_LANG", "en");
+
+    // Killed after the second day was read: the pack is not marked.
+    QProcess p;
+    p.setProcessEnvironment(env);
+    p.start(VEXCLI_PATH, {"--app-dir", site, "receive", "pack"});
+    QByteArray out;
+    while (out.count("\nread ") + out.startsWith("read ") < 2 && p.waitForReadyRead(30000))
+        out += p.readAllStandardOutput();
+    p.kill();
+    p.waitForFinished();
+    ASSERT_GE(QDir(site + "/new").entryList(QDir::Files).size(), 1) << out.toStdString();
+
+    // The next reception finishes the filed days and reads the pack again.
+    const test::CliRun r = test::Vexcli({"--app-dir", site, "receive", "pack"}, env);
+    ASSERT_EQ(r.code, 0) << r.out.toStdString() << r.err.toStdString();
+    EXPECT_TRUE(QDir(site + "/new").isEmpty());
+    G().App_Dir = site;
+    Cls_DB db(Parse_DB_Server("\\db\\morix.mdb", site));
+    EXPECT_EQ(db.DB_RSet_D_D("SELECT * FROM D_D1").RecordCount(), int(expected.size()));
+    for (const auto& [day, want] : expected) {
+        Recordset rs = db.DB_RSet_D_D("SELECT * FROM D_D1 WHERE D_F1=?", {"000001000002" + day});
+        ASSERT_EQ(rs.RecordCount(), 1) << day.toStdString();
+        EXPECT_EQ(rs.Field("D_F8").toInt(), want.tenths) << day.toStdString();
+        EXPECT_EQ(rs.Field("D_F10").toInt(), want.brakes) << day.toStdString();
+    }
 }
 
 TEST(ReceivePack, AnalyzerFaultsAreNoSuccess)
