@@ -5,8 +5,10 @@
 #include "acquisition/Cls_IO.h"
 #include "acquisition/Inbox.h"
 #include "acquisition/Inbox_Names.h"
+#include "acquisition/Reception.h"
 #include "acquisition/UsbRecorder.h"
 #include "core/Err_Proc.h"
+#include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "platform/FileSystem.h"
 #include "store/Cls_DB.h"
@@ -156,4 +158,23 @@ TEST_F(Inbox, NamesAndContentsCannotWriteOutsideOrStoreJunk)
     ASSERT_TRUE(name);
     EXPECT_EQ(name->car, "12AB00");
     EXPECT_EQ(name->day, "261101");
+}
+
+TEST_F(Inbox, AReceptionThatCannotWriteSaysWhyBeforeItStarts)
+{
+    EXPECT_TRUE(Reception_Precheck().isEmpty());
+    // \new is no folder one can write in (a read-only mount says the same).
+    QDir(app.Path("new")).removeRecursively();
+    app.Write_File("new", "not a folder");
+    EXPECT_TRUE(Reception_Precheck().startsWith(LoadResString(5006).section('(', 0, 0))) << Reception_Precheck().toStdString();
+    const Reception_Outcome outcome = Receive_Pack_Days(false, {}, {});
+    EXPECT_FALSE(outcome.Clean());
+    EXPECT_TRUE(outcome.Summary().contains(LoadResString(5005).section(':', 0, 0)));
+    QFile::remove(app.Path("new"));
+
+    // The database gone: nothing is received into it.
+    G().DB->DB_DConnection();
+    EXPECT_TRUE(Reception_Precheck().startsWith(LoadResString(5007).section('(', 0, 0)));
+    G().DB->DB_Connection();
+    EXPECT_TRUE(Reception_Precheck().isEmpty());
 }
