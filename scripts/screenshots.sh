@@ -12,6 +12,12 @@ out="$root/build/screenshots"
 mkdir -p "$out"
 app=$(mktemp -d)
 trap 'rm -rf "$app"' EXIT
+# Two days of a generated USB medium, received, for the views of a day.
+vexcli="$build/src/vexcli"
+if [ -x "$vexcli" ]; then
+  "$vexcli" sample usb --model 250 --out "$app/medium" --car 12AB00 --driver 000123 --from 260105 --days 2 >/dev/null
+  QT_QPA_PLATFORM=offscreen "$vexcli" --app-dir "$app" receive usb --model 250 --medium "$app/medium" >/dev/null
+fi
 for lang in ko en; do
   QT_QPA_PLATFORM=offscreen VEX_LANG=$lang VEX_USB_ROOTS= \
     "$vex" --app-dir "$app" --screenshots "$out" --prefix "$lang" --sample-rows 2>/dev/null

@@ -34,5 +34,8 @@ int Cmd_Dump(Context& ctx);
 int Cmd_Receive(Context& ctx);
 int Cmd_Day(Context& ctx);
 int Cmd_Sample(Context& ctx);
+int Cmd_Graph(Context& ctx);
+int Cmd_Sections(Context& ctx);
+int Cmd_Month(Context& ctx);
 
 } // namespace vex::cli

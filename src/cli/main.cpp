@@ -4,8 +4,10 @@
 #include "platform/AppFolder.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QTextStream>
 #include <cstdio>
+#include <memory>
 
 using namespace vex::cli;
 
@@ -22,6 +24,14 @@ const Command kCommands[] = {
     {"day", "day CARCODE DRIVERCODE YYMMDD", "show what is stored of one day", Cmd_Day},
     {"sample", "sample pack|usb|ntd --out ...", "write a sample memory pack image, USB medium or saved day",
      Cmd_Sample},
+    {"graph", "graph day|hour|quickbrake|marks ...",
+     "day CAR DRIVER YYMMDD [--zoom 1|2|6|12|24 --hour H]: the day; hour CAR DRIVER YYMMDD HH [--zoom 1|2|15|30|60 "
+     "--minute M]: an hour of seconds; quickbrake CAR --slot 1..4: the seconds before a hard brake; marks --car CODE "
+     "[--driver CODE]|--all --from YYMMDD --to YYMMDD: marks by day; each --out FILE.png|FILE.pdf [--size WxH]",
+     Cmd_Graph},
+    {"sections", "sections CARCODE DRIVERCODE YYMMDD", "the driving and standing sections of a day and their sums",
+     Cmd_Sections},
+    {"month", "month YYMM", "rebuild and print the month rows of D_M1 and D_Y1", Cmd_Month},
 };
 
 void Usage(QTextStream& s)
@@ -33,11 +43,30 @@ void Usage(QTextStream& s)
         s << "  " << QString::fromLatin1(c.usage).leftJustified(40) << c.summary << "\n";
 }
 
+// Drawing needs the GUI part of Qt (fonts), and without a display its
+// offscreen platform.
+bool Draws(int argc, char** argv)
+{
+    for (int i = 1; i < argc; ++i)
+        if (QByteArray(argv[i]) == "graph")
+            return true;
+    return false;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
+    std::unique_ptr<QCoreApplication> application;
+    if (Draws(argc, argv)) {
+        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && qEnvironmentVariableIsEmpty("DISPLAY") &&
+            qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        application = std::make_unique<QGuiApplication>(argc, argv);
+    } else {
+        application = std::make_unique<QCoreApplication>(argc, argv);
+    }
+    QCoreApplication& app = *application;
     QTextStream out(stdout), err(stderr);
     QStringList words = app.arguments().mid(1);
 

@@ -1,12 +1,19 @@
 // The windows this program has, by the names the tree and the buttons open
 // them by.
 #include "forms/Form_regio.h"
+#include "forms/Frm_daydrive.h"
+#include "forms/Frm_oversp.h"
 #include "forms/Frm_drv.h"
 #include "forms/MDIForm_Main.h"
 #include "forms/frmPack_Read.h"
 #include "forms/frmPack_Read1.h"
 #include "forms/frmRegister_Car.h"
 #include "forms/frmRegister_Driver.h"
+#include "forms/frmReport_AvgDay.h"
+#include "forms/frmReport_Main.h"
+#include "forms/frmReport_Operation.h"
+#include "forms/frmReport_QuickBrake.h"
+#include "forms/frmReport_SecOperation.h"
 #include "forms/frm_About.h"
 #include "forms/frm_Config.h"
 #include "forms/frm_Equipment.h"
@@ -35,6 +42,9 @@ Vex_Form* Create_Form(const QString& name, QWidget* parent)
         Entry<frm_Config>(),      Entry<Form_regio>(),         Entry<frm_Nosun>(),
         Entry<frm_About>(),       Entry<Frm_drv>(),            Entry<frmPack_Read>(),
         Entry<frmPack_Read1>(),   Entry<frm_Pack_check>(),
+        Entry<frmReport_Main>(),  Entry<frmReport_Operation>(), Entry<frmReport_SecOperation>(),
+        Entry<frmReport_QuickBrake>(), Entry<Frm_daydrive>(),   Entry<Frm_oversp>(),
+        Entry<frmReport_AvgDay>(), Entry<frmReport_DayAVG>(),
     };
     auto it = factory.find(name);
     return it == factory.end() ? nullptr : it->second(parent);
@@ -45,7 +55,10 @@ QStringList Built_Forms()
     return {QStringLiteral("frmRegister_Car"), QStringLiteral("frmRegister_Driver"), QStringLiteral("frm_Equipment"),
             QStringLiteral("frm_Config"),      QStringLiteral("Form_regio"),         QStringLiteral("frm_Nosun"),
             QStringLiteral("frm_About"),       QStringLiteral("Frm_drv"),            QStringLiteral("frmPack_Read"),
-            QStringLiteral("frmPack_Read1"),   QStringLiteral("frm_Pack_check")};
+            QStringLiteral("frmPack_Read1"),   QStringLiteral("frm_Pack_check"),     QStringLiteral("frmReport_Main"),
+            QStringLiteral("frmReport_Operation"), QStringLiteral("frmReport_SecOperation"),
+            QStringLiteral("frmReport_QuickBrake"), QStringLiteral("Frm_daydrive"), QStringLiteral("Frm_oversp"),
+            QStringLiteral("frmReport_AvgDay"), QStringLiteral("frmReport_DayAVG")};
 }
 
 } // namespace vex::forms

@@ -5,6 +5,7 @@
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"
 #include "forms/Vex_Form.h"
+#include "forms/frmReport_Main.h"
 #include "forms/logic/Reception_Logic.h"
 #include "platform/AppFolder.h"
 
@@ -222,13 +223,11 @@ void MDIForm_Main::Run(const Nav_Action& a)
         Not_Built(QStringLiteral("원격수신"));
         return;
     }
-    if (a.option >= 0 && a.form.startsWith(QLatin1String("frmReport_"))) {
-        // The report windows aren't part of this program yet; the entry
-        // names the window and the option it would open with.
-        Not_Built(QStringLiteral("%1 (option %2)").arg(a.form).arg(a.option));
-        return;
-    }
+    if (a.option >= 0 && a.form.startsWith(QLatin1String("frmReport_")))
+        G().Report_Kind = int16_t(a.option);
     Vex_Form* form = Open_Window(a.form);
+    if (auto* analysis = qobject_cast<frmReport_Main*>(form); analysis && a.optionChange)
+        analysis->Option_Button_Change(a.option);
     if (form && a.captionId)
         form->setWindowTitle(LoadResString(a.captionId));
 }

@@ -1,10 +1,17 @@
 #include "forms/Screenshots.h"
 
 #include "core/Mod_Main.h"
+#include "forms/Frm_daydrive.h"
+#include "forms/Frm_oversp.h"
 #include "forms/MDIForm_Main.h"
 #include "forms/Msg_Box.h"
 #include "forms/Vex_Form.h"
+#include "forms/frmReport_AvgDay.h"
+#include "forms/frmReport_Operation.h"
+#include "forms/frmReport_QuickBrake.h"
+#include "forms/frmReport_SecOperation.h"
 #include "forms/frm_Splash.h"
+#include "forms/logic/View_Logic.h"
 #include "forms/logic/Register_Logic.h"
 #include "forms/logic/Routes_Logic.h"
 #include "store/Cls_DB.h"
@@ -48,6 +55,62 @@ void Add_Sample_Rows()
     Route_Save(db, QStringLiteral("101번"), QStringLiteral("80"), {"123400", "123500"}, {});
 }
 
+// The windows that show a stored day, shot on the newest day the folder
+// holds (a received medium); without one they show their empty frames.
+const QStringList& Day_Views()
+{
+    static const QStringList views = {
+        QStringLiteral("frmReport_Operation"), QStringLiteral("frmReport_SecOperation"),
+        QStringLiteral("frmReport_QuickBrake"), QStringLiteral("Frm_daydrive"), QStringLiteral("Frm_oversp"),
+        QStringLiteral("frmReport_AvgDay"), QStringLiteral("frmReport_DayAVG")};
+    return views;
+}
+
+int Shoot_Day_Views(MDIForm_Main* main, const std::function<QString(const QString&)>& path)
+{
+    Report_Selection& sel = Selection();
+    Recordset newest = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 ORDER BY D_F4 DESC, D_F1"));
+    if (newest.RecordCount() > 0) {
+        sel.Car_Code = newest.Text(QStringLiteral("D_F2"));
+        sel.Driver_Code = newest.Text(QStringLiteral("D_F3"));
+        sel.Start_Date = newest.Text(QStringLiteral("D_F4"));
+    }
+    int n = 0;
+    auto shoot = [&](Vex_Form* f, const QString& name) {
+        f->show();
+        n += Save(f, path(name));
+    };
+    auto* day = Open<frmReport_Operation>(main);
+    day->Load_Selection();
+    shoot(day, QStringLiteral("frmReport_Operation_24"));
+    day->Picture2_MouseUp(day->Graph_State().Make_X(8 * 60 + 10));
+    day->Option1_Click(0);
+    shoot(day, QStringLiteral("frmReport_Operation_1"));
+    auto* hour = Open<frmReport_SecOperation>(main);
+    hour->Show_Hour(sel.Car_Code, sel.Driver_Code, sel.Start_Date, 8, 10 * 60);
+    shoot(hour, QStringLiteral("frmReport_SecOperation"));
+    auto* brake = Open<frmReport_QuickBrake>(main);
+    brake->Load_Selection();
+    shoot(brake, QStringLiteral("frmReport_QuickBrake"));
+    auto* avg = Open<frmReport_AvgDay>(main);
+    avg->Command1_Click();
+    shoot(avg, QStringLiteral("frmReport_AvgDay"));
+    auto* byDay = Open<frmReport_DayAVG>(main);
+    byDay->Command1_Click();
+    shoot(byDay, QStringLiteral("frmReport_DayAVG"));
+    shoot(Open<Frm_daydrive>(main), QStringLiteral("Frm_daydrive"));
+    auto* events = Open<Frm_oversp>(main);
+    events->Show_Trip(sel.Car_Code, sel.Driver_Code, sel.Start_Date);
+    shoot(events, QStringLiteral("Frm_oversp"));
+    for (Vex_Form* f : {static_cast<Vex_Form*>(day), static_cast<Vex_Form*>(hour), static_cast<Vex_Form*>(brake),
+                        static_cast<Vex_Form*>(avg), static_cast<Vex_Form*>(byDay), static_cast<Vex_Form*>(events)})
+        f->close();
+    if (Vex_Form* grid = Find_Form(QStringLiteral("Frm_daydrive")))
+        grid->close();
+    QApplication::processEvents();
+    return n;
+}
+
 } // namespace
 
 int Write_Screenshots(const QString& appDir, const QString& dir, const QString& prefix, bool sampleRows)
@@ -71,6 +134,8 @@ int Write_Screenshots(const QString& appDir, const QString& dir, const QString& 
     main->TreeView1->setCurrentItem(main->Node(14));
     n += Save(main, path(QStringLiteral("MDIForm_Main")));
     for (const QString& name : Built_Forms()) {
+        if (Day_Views().contains(name))
+            continue;
         // The loading window is a reception's own, at its own size.
         Vex_Form* f = name == QLatin1String("frm_Pack_check") ? Create_Form(name, main) : main->Open_Window(name);
         if (f)
@@ -81,6 +146,8 @@ int Write_Screenshots(const QString& appDir, const QString& dir, const QString& 
         f->close();
         QApplication::processEvents();
     }
+    if (G().DB)
+        n += Shoot_Day_Views(main, path);
     Set_End_Hook({});
     delete main;
     return n;

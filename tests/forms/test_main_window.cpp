@@ -4,6 +4,7 @@
 
 #include "core/Messages.h"
 #include "forms/Vex_Form.h"
+#include "forms/frmReport_Main.h"
 #include "forms/logic/Nav_Logic.h"
 
 #include <QFile>
@@ -114,11 +115,14 @@ TEST_F(MainWindowTest, DispatchByIndexOpensOneWindowEach)
     Double_Click(m, 30);
     ASSERT_EQ(msgs.seen.size(), 1u);
     EXPECT_TRUE(msgs.Last().contains("frm_dayreport")) << msgs.Last().toStdString();
+    // The analysis entries open the analysis window on their option.
     Double_Click(m, 31);
-    ASSERT_EQ(msgs.seen.size(), 2u);
-    EXPECT_TRUE(msgs.Last().contains("frmReport_Main (option 8)")) << msgs.Last().toStdString();
+    ASSERT_EQ(msgs.seen.size(), 1u);
+    auto* analysis = qobject_cast<frmReport_Main*>(Find_Form("frmReport_Main"));
+    ASSERT_NE(analysis, nullptr);
+    EXPECT_EQ(analysis->Option(), 8);
     Double_Click(m, 22);
-    EXPECT_TRUE(msgs.Last().contains("frmReport_Main (option 0)"));
+    EXPECT_EQ(analysis->Option(), 0);
     EXPECT_EQ(Tree_Action(29).option, 7);
     EXPECT_EQ(Tree_Action(37).form, "frmReport_Reference");
     EXPECT_EQ(Tree_Action(37).option, 5);
@@ -143,7 +147,9 @@ TEST_F(MainWindowTest, ButtonsOpenTheirWindows)
     EXPECT_NE(Find_Form("Frm_drv"), nullptr);
     msgs.Clear();
     QTest::mouseClick(m->SSCommand[4], Qt::LeftButton);
-    EXPECT_TRUE(msgs.Last().contains("frmReport_Main (option 1)"));
+    auto* analysis = qobject_cast<frmReport_Main*>(Find_Form("frmReport_Main"));
+    ASSERT_NE(analysis, nullptr);
+    EXPECT_EQ(analysis->Option(), 1);
     EXPECT_FALSE(Button_Action(4).optionChange);
     EXPECT_TRUE(Button_Action(1).optionChange);
     QTest::mouseClick(m->SSCommand[10], Qt::LeftButton);

@@ -1,0 +1,222 @@
+// The read side of one trip: the summary row and the three minute series of
+// a day, the step to the day before or after, the section list, and one
+// hour of the day file.
+#include "analysis/Operation_Graph.h"
+
+#include "core/Err_Proc.h"
+#include "core/Mod_Main.h"
+#include "core/VbText.h"
+#include "store/Cls_DB.h"
+#include "store/DayFile.h"
+
+#include <QFileInfo>
+
+namespace vex {
+
+namespace {
+
+constexpr int16_t kErrSearch_Data = 1103;
+constexpr int16_t kErrSearch_Data_Move_Date = 1104;
+constexpr int16_t kErrSearch_SecData = 1107;
+
+// The trip's figures of a D_D1 row into the record.
+void Take_Trip(Cls_DB& db, const Recordset& rs)
+{
+    db.CarCode = rs.Text(QStringLiteral("D_F2"));
+    db.DriveCode = rs.Text(QStringLiteral("D_F3"));
+    db.StartDay = rs.Text(QStringLiteral("D_F4"));
+    db.StartTime = rs.Text(QStringLiteral("D_F5"));
+    db.EndDay = rs.Text(QStringLiteral("D_F6"));
+    db.EndTime = rs.Text(QStringLiteral("D_F7"));
+    db.Distance = QString::number(Val(rs.Text(QStringLiteral("D_F8"))) / 10);
+    db.Acceleration = rs.Text(QStringLiteral("D_F9"));
+    db.Brack = rs.Text(QStringLiteral("D_F10"));
+    db.OverSpeed_Count = int16_t(Val(rs.Text(QStringLiteral("D_F11"))));
+    db.Idle = rs.Text(QStringLiteral("D_F12"));
+    db.LKEngin = rs.Text(QStringLiteral("D_F13"));
+    db.Average_Value = Val(rs.Text(QStringLiteral("D_F14")));
+}
+
+void Blank_Trip(Cls_DB& db)
+{
+    db.CarCode.clear();
+    db.DriveCode.clear();
+    db.StartDay.clear();
+    db.StartTime.clear();
+    db.EndDay.clear();
+    db.EndTime.clear();
+    db.Distance.clear();
+    db.Acceleration.clear();
+    db.Brack.clear();
+    db.OverSpeed_Count = 0;
+    db.Idle.clear();
+    db.LKEngin.clear();
+    db.Average_Value = 0;
+}
+
+// D_F2 of the first row of a statement, or empty text; missing names the
+// table for the log.
+QString First_Text(Cls_DB& db, const QString& sql, const QVariantList& values, bool& missing)
+{
+    Recordset rs = db.DB_RSet_D_D(sql, values);
+    missing = rs.RecordCount() < 1;
+    return missing ? QString() : rs.Text(QStringLiteral("D_F2"));
+}
+
+// S_D1.D_F5 of the car: the engine factor; a car without a row keeps the
+// factor in use.
+void Read_Engine_Factor(Cls_DB& db, const QString& car, float& factor)
+{
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1 = ?"), {car});
+    if (rs.RecordCount() > 0)
+        factor = float(Val(rs.Text(QStringLiteral("D_F5"))));
+}
+
+// The day file of car, driver and day as this machine names it: the older
+// name without the driver first. Empty when there is none.
+QString Day_File_Path(const QString& car, const QString& driver, const QString& day)
+{
+    const QString older = Local_Path(Day_Folder_Name(car, day) + QLatin1Char('\\') + day + QStringLiteral(".vex"));
+    if (QFileInfo(older).isFile())
+        return older;
+    const QString path = Local_Path(Day_File_Name(car, driver, day));
+    return QFileInfo(path).isFile() ? path : QString();
+}
+
+} // namespace
+
+bool Operation_Graph::DB_Search_Data(Graph_Surface* surface, const QString& car, const QString& driver,
+                                     const QString& day)
+{
+    bool found = false;
+    Guarded(kErrSearch_Data, [&] {
+        const QString key = car + driver + day;
+        {
+            Recordset rs = db_.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE D_F1=?"), {key});
+            found = rs.RecordCount() > 0;
+            if (found)
+                Take_Trip(db_, rs);
+            else
+                Err_Proc(kErrSearch_Data, QStringLiteral("no stored day %1 in D_D1").arg(key));
+        }
+        Read_Engine_Factor(db_, car, Engine_Factor);
+        bool missing = false;
+        db_.Sec_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), {key}, missing);
+        if (missing) {
+            // No speed, no day: all three series go.
+            Err_Proc(kErrSearch_Data, QStringLiteral("no minute speed of %1 in D_D3: the frame alone").arg(key));
+            db_.Sec_RPM_Data.clear();
+            db_.Sec_Distance_Data.clear();
+            return;
+        }
+        db_.Sec_Distance_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), {key}, missing);
+        db_.Sec_RPM_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D8 WHERE D_F1=?"), {key}, missing);
+    });
+    DB_1440_DB();
+    if (surface)
+        Draw_Day(*surface);
+    return found;
+}
+
+bool Operation_Graph::DB_Search_Data_Move_Date(const QString& car, const QString& driver, const QString& day,
+                                               Graph_Surface* surface, int keyCode)
+{
+    bool found = false;
+    Blank_Trip(db_);
+    Guarded(kErrSearch_Data_Move_Date, [&] {
+        const bool forward = keyCode == 33;
+        const QString order = forward ? QStringLiteral(" AND D_F4 >= ? ORDER BY D_F4 ASC")
+                                      : QStringLiteral(" AND D_F4 <= ? ORDER BY D_F4 DESC");
+        {
+            // Only the first row: a day with several trips is stepped over
+            // as one, landing on the first row the database gives.
+            Recordset rs = db_.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE D_F2=? AND D_F3=?") + order,
+                                           {car, driver, day});
+            found = rs.RecordCount() > 0;
+            if (!found)
+                return;
+            Take_Trip(db_, rs);
+        }
+        Read_Engine_Factor(db_, car, Engine_Factor);
+        const QString range = forward ? QStringLiteral(" WHERE LEFT(D_F1,12) = ? AND RIGHT(D_F1,6) >= ? ORDER BY D_F1 ASC")
+                                      : QStringLiteral(" WHERE LEFT(D_F1,12) = ? AND RIGHT(D_F1,6) <= ? ORDER BY D_F1 DESC");
+        const QVariantList values{car + driver, db_.StartDay};
+        bool missing = false;
+        db_.Sec_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D3") + range, values, missing);
+        db_.Sec_Distance_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D7") + range, values, missing);
+        db_.Sec_RPM_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D8") + range, values, missing);
+    });
+    if (!found)
+        return false;
+    DB_1440_DB();
+    if (surface)
+        Draw_Day(*surface);
+    return true;
+}
+
+void Operation_Graph::DB_Search_Data2(Graph_Surface* /*surface*/, const QString& car, const QString& driver,
+                                      const QString& day)
+{
+    Sections.clear();
+    Guarded(kErrSearch_Data, [&] {
+        const QString key = car + driver + day;
+        bool missing = false;
+        const QString speedText = First_Text(db_, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), {key}, missing);
+        if (missing) {
+            Err_Proc(kErrSearch_Data, QStringLiteral("no minute speed of %1 in D_D3: no sections").arg(key));
+            return;
+        }
+        const QString distanceText =
+            First_Text(db_, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), {key}, missing);
+        std::array<int16_t, 1441> speed{};
+        std::array<float, 1441> distance{};
+        Decode_Minute_Speed(speedText, speed, kErrSearch_Data);
+        Decode_Minute_Distance(distanceText, distance, kErrSearch_Data);
+        Sections = Walk_Sections(speed, distance, Stop_Threshold());
+    });
+}
+
+QString Operation_Graph::DB_Search_SecData2(Graph_Surface* surface, const QString& car, const QString& driver,
+                                            const QString& day, QString& hour)
+{
+    const QString path = db_.DB_Search_SecData(car, driver, day, hour);
+    if (path.isEmpty()) {
+        // No file, or one that could not be read (its reason is in the log
+        // already): the hour is empty and the frame is drawn alone.
+        if (Day_File_Path(car, driver, day).isEmpty())
+            Err_Proc(kErrSearch_SecData,
+                     QStringLiteral("no day file of %1 %2 %3: the frame alone").arg(car, driver, day));
+        db_.Sec_Sec_Data.clear();
+        db_.Sec_Sec_RPM_Data.clear();
+        const QString hh = hour.isEmpty() ? QStringLiteral("00") : hour;
+        db_.Sec_StartTime = hh + QStringLiteral("0000");
+        db_.Sec_EndTime = hh + QStringLiteral("5959");
+        db_.Sec_EndDay = day;
+    }
+    Guarded(kErrSearch_SecData, [&] { Read_Engine_Factor(db_, car, Engine_Factor); });
+    DB_3600_DB();
+    if (surface)
+        Draw_Hour(*surface);
+    return path;
+}
+
+int Operation_Graph::Neighbour_Hour(const QString& car, const QString& driver, const QString& day, int hour,
+                                    int step) const
+{
+    int found = -1;
+    Guarded(kErrSearch_SecData, [&] {
+        const QString path = Day_File_Path(car, driver, day);
+        if (path.isEmpty())
+            return;
+        const DayFile file = Read_Day_File(path);
+        for (int h = hour + step; h >= 0 && h < 24 && found < 0; h += step)
+            for (int s = h * 3600; s < (h + 1) * 3600; ++s)
+                if (file.speed[size_t(s)] != 0 || file.engine[size_t(s)] != 0) {
+                    found = h;
+                    break;
+                }
+    });
+    return found;
+}
+
+} // namespace vex

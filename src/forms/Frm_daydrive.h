@@ -1,0 +1,34 @@
+#pragma once
+// "일일운행실태": the trips of a day, one row each; a click in the row's
+// last two columns opens its minute or seconds view, a double click
+// elsewhere its event list.
+#include "forms/Vex_Form.h"
+
+#include <QDateEdit>
+#include <QPushButton>
+#include <QTableWidget>
+
+namespace vex::forms {
+
+class Frm_daydrive : public Vex_Form {
+    Q_OBJECT
+public:
+    static constexpr const char* kName = "Frm_daydrive";
+    explicit Frm_daydrive(QWidget* parent = nullptr);
+
+    QDateEdit* TDBDate1;  // 1033 the day
+    QTableWidget* Grid1;
+    QPushButton* Command1; // 704 print
+    QPushButton* Command2; // "Excel"
+
+    // The trips of the day into the grid.
+    void Show_Day();
+    // A click on a cell: the last two columns open the views.
+    void Cell_Clicked(int row, int column);
+    void Row_Double_Clicked(int row);
+
+private:
+    QStringList keys_; // car, driver and day of each row
+};
+
+} // namespace vex::forms

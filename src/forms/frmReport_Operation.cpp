@@ -1,0 +1,131 @@
+#include "forms/frmReport_Operation.h"
+
+#include "analysis/Graph_Geometry.h"
+#include "core/Err_Proc.h"
+#include "core/Messages.h"
+#include "core/Mod_Main.h"
+#include "forms/Frm_oversp.h"
+#include "forms/Msg_Box.h"
+#include "forms/frmReport_SecOperation.h"
+#include "forms/logic/View_Logic.h"
+#include "store/Cls_DB.h"
+
+#include <QBoxLayout>
+#include <algorithm>
+
+namespace vex::forms {
+
+namespace {
+
+constexpr int16_t kErrLoad = 1073;
+constexpr int16_t kErrCal_Speed = 1077;
+
+// Captions of the sixteen fields by message, 0 for "IDLE".
+const int kCaptions[16] = {632, 633, 1119, 818, 821, 822, 823, 824, 825, 826, 827, 0, 829, 830, 820, 819};
+
+} // namespace
+
+frmReport_Operation::frmReport_Operation(QWidget* parent)
+    : Operation_View(kName, false, {1, 2, 6, 12, 24}, 16, parent)
+{
+    setWindowTitle(LoadResString(629));
+    for (int i = 0; i < 16; ++i)
+        Label3[size_t(i)]->setText(kCaptions[i] ? LoadResString(kCaptions[i]) : QStringLiteral("IDLE"));
+    Command2->setText(QStringLiteral("초당 속도보기"));
+    Command4 = new QPushButton(QStringLiteral("이벤트 목록"), this);
+    Command4->setObjectName(QStringLiteral("Command4"));
+    Command4->setFocusPolicy(Qt::NoFocus);
+    static_cast<QBoxLayout*>(layout()->itemAt(0)->layout())->insertWidget(9, Command4);
+    connect(Command2, &QPushButton::clicked, this, &frmReport_Operation::Command2_Click);
+    connect(Command4, &QPushButton::clicked, this, &frmReport_Operation::Command4_Click);
+}
+
+bool frmReport_Operation::Fetch()
+{
+    const Report_Selection& sel = Selection();
+    return og_.DB_Search_Data(nullptr, sel.Car_Code, sel.Driver_Code, sel.Start_Date);
+}
+
+bool frmReport_Operation::Load_Selection()
+{
+    bool found = false;
+    Guarded(kErrLoad, [&] {
+        og_.Set_Zoom_Window(24, 0, 24);
+        Option1[4]->setChecked(true);
+        found = Fetch();
+        Redraw(0);
+        // Nothing plotted, no cursor.
+        if (og_.Current_Point == 0)
+            Picture2->Set_Cursor(-1, 0, 0);
+        Show_Date();
+        if (!found) {
+            Clear_Fields();
+            Msg_Box(1135);
+            return;
+        }
+        // Opening: the start of the trip in the time field, speed and
+        // distance "0" until the cursor moves.
+        TDBText1[2]->setText(Time_Text(G().DB->StartTime));
+        TDBText1[3]->setText(QStringLiteral("0"));
+        TDBText1[14]->setText(QStringLiteral("0"));
+    });
+    return found;
+}
+
+void frmReport_Operation::Show_Date()
+{
+    Label1->setText(Date_Dash(G().DB->StartDay));
+}
+
+void frmReport_Operation::Fill_Fields()
+{
+    Guarded(kErrCal_Speed, [&] {
+        // Without an RPM input the RPM field and its caption go.
+        const bool rpm = Rpm_Input();
+        TDBText1[15]->setVisible(rpm);
+        Label3[15]->setVisible(rpm);
+        const Cls_DB& db = *G().DB;
+        if (db.Sec_Data.isEmpty() || cursorX_ <= 0)
+            return;
+        Set_Fields(Minute_Fields(db, og_, point_, TDBText1[14]->text()));
+    });
+}
+
+void frmReport_Operation::Page(int keyCode)
+{
+    Report_Selection& sel = Selection();
+    sel.Start_Date = Step_Day(sel.Start_Date, keyCode == 33 ? 1 : -1);
+    if (!og_.DB_Search_Data_Move_Date(sel.Car_Code, sel.Driver_Code, sel.Start_Date, nullptr, keyCode)) {
+        // The day asked for stays; the old picture stays until the next draw.
+        Clear_Fields();
+        Msg_Box(1135);
+        return;
+    }
+    sel.Start_Date = G().DB->StartDay;
+    Show_Date();
+    Redraw(point_);
+    if (auto* list = qobject_cast<Frm_oversp*>(Find_Form(QString::fromLatin1(Frm_oversp::kName))))
+        list->Show_Trip(sel.Car_Code, sel.Driver_Code, sel.Start_Date);
+}
+
+QString frmReport_Operation::Print_Title() const
+{
+    return LoadResString(629);
+}
+
+void frmReport_Operation::Command2_Click()
+{
+    const Report_Selection& sel = Selection();
+    const int hour = std::clamp(point_ / 60, 0, 23);
+    auto* view = Open<frmReport_SecOperation>(parentWidget());
+    view->Show_Hour(sel.Car_Code, sel.Driver_Code, sel.Start_Date, hour, -1);
+}
+
+void frmReport_Operation::Command4_Click()
+{
+    const Report_Selection& sel = Selection();
+    auto* list = Open<Frm_oversp>(parentWidget());
+    list->Show_Trip(sel.Car_Code, sel.Driver_Code, sel.Start_Date);
+}
+
+} // namespace vex::forms

@@ -1,0 +1,48 @@
+#pragma once
+// The quick-brake chart: one of the four buffers of seconds before a hard
+// brake that the recorder keeps, a cursor stepping sample by sample.
+#include "analysis/Quick_Brake_Chart.h"
+#include "forms/Graph_Picture.h"
+#include "forms/Vex_Form.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+class QPagedPaintDevice;
+
+namespace vex::forms {
+
+class frmReport_QuickBrake : public Vex_Form {
+    Q_OBJECT
+public:
+    static constexpr const char* kName = "frmReport_QuickBrake";
+    explicit frmReport_QuickBrake(QWidget* parent = nullptr);
+
+    Graph_Picture* Picture2;
+    QRadioButton* Option1[4]; // slots 1 to 4
+    QLineEdit* TDBText1[3];   // sample, time, speed
+    QPushButton* Command1;    // print
+    QPushButton* Command2;    // close
+
+    // The buffers of the selection's car; false (message 1135) when none.
+    bool Load_Selection();
+    void Option1_Click(int index);
+    void Form_KeyDown(int keyCode);
+    void Picture2_MouseUp(float x);
+    int Sample() const { return sample_; }
+    const Quick_Brake_Chart& Chart() const { return chart_; }
+    void Print_Page(QPagedPaintDevice& device);
+
+protected:
+    void keyPressEvent(QKeyEvent* e) override;
+
+private:
+    void Move_To(int sample);
+    Quick_Brake_Chart chart_;
+    int slot_ = 1;
+    int sample_ = 1;
+};
+
+} // namespace vex::forms

@@ -1,0 +1,129 @@
+#include "forms/frmReport_SecOperation.h"
+
+#include "analysis/Graph_Geometry.h"
+#include "core/Err_Proc.h"
+#include "core/Messages.h"
+#include "core/Mod_Main.h"
+#include "forms/Msg_Box.h"
+#include "forms/frmReport_Operation.h"
+#include "forms/logic/View_Logic.h"
+#include "store/Cls_DB.h"
+
+#include <QBoxLayout>
+
+namespace vex::forms {
+
+namespace {
+
+constexpr int16_t kErrLoad = 1073;
+constexpr int16_t kErrCal_Speed = 1077;
+
+QString Two(int v)
+{
+    return QString::number(v).rightJustified(2, QLatin1Char('0'));
+}
+
+} // namespace
+
+frmReport_SecOperation::frmReport_SecOperation(QWidget* parent)
+    : Operation_View(kName, true, {1, 2, 15, 30, 60}, 5, parent)
+{
+    setWindowTitle(LoadResString(1298));
+    const int captions[5] = {632, 633, 1119, 818, 819};
+    for (int i = 0; i < 5; ++i)
+        Label3[size_t(i)]->setText(LoadResString(captions[i]));
+    Command2->setText(QStringLiteral("분당 운행그래프"));
+    SSCommand1 = new QPushButton(QStringLiteral("◀"), this);
+    SSCommand1->setObjectName(QStringLiteral("SSCommand1"));
+    SSCommand3 = new QPushButton(QStringLiteral("▶"), this);
+    SSCommand3->setObjectName(QStringLiteral("SSCommand3"));
+    auto* top = static_cast<QBoxLayout*>(layout()->itemAt(0)->layout());
+    top->insertWidget(7, SSCommand1);
+    top->insertWidget(8, SSCommand3);
+    for (QPushButton* b : {SSCommand1, SSCommand3})
+        b->setFocusPolicy(Qt::NoFocus);
+    connect(SSCommand1, &QPushButton::clicked, this, [this] { Move_Hour(-1); });
+    connect(SSCommand3, &QPushButton::clicked, this, [this] { Move_Hour(1); });
+    connect(Command2, &QPushButton::clicked, this, [this] {
+        Report_Selection& sel = Selection();
+        sel.Car_Code = car_;
+        sel.Driver_Code = driver_;
+        sel.Start_Date = day_;
+        auto* view = Open<frmReport_Operation>(parentWidget());
+        if (view->Load_Selection())
+            view->Cursor_To(hour_ * 60);
+    });
+}
+
+bool frmReport_SecOperation::Fetch()
+{
+    QString hour = Two(hour_);
+    const bool found = !og_.DB_Search_SecData2(nullptr, car_, driver_, day_, hour).isEmpty();
+    hour_ = int(hour.toInt());
+    return found;
+}
+
+bool frmReport_SecOperation::Show_Hour(const QString& car, const QString& driver, const QString& day, int hour,
+                                       int second)
+{
+    bool found = false;
+    Guarded(kErrLoad, [&] {
+        car_ = car;
+        driver_ = driver;
+        day_ = day;
+        hour_ = hour;
+        og_.Out_Direction = 0;
+        og_.Set_Zoom_Window(60, 0, 60);
+        Option1[4]->setChecked(true);
+        found = Fetch();
+        Label1->setText(Date_Dash(day_) + QStringLiteral("  ") + Two(hour_) + QStringLiteral("시"));
+        if (second >= 0)
+            Cursor_To(second);
+        else
+            Redraw(0);
+        if (!found) {
+            Clear_Fields();
+            Msg_Box(1135);
+        }
+    });
+    return found;
+}
+
+void frmReport_SecOperation::Fill_Fields()
+{
+    Guarded(kErrCal_Speed, [&] {
+        const bool rpm = Rpm_Input();
+        TDBText1[4]->setVisible(rpm);
+        Label3[4]->setVisible(rpm);
+        if (G().DB->Sec_Sec_Data.isEmpty() || cursorX_ <= 0)
+            return;
+        const int s = point_;
+        const int hour = int(G().DB->Sec_StartTime.left(2).toInt());
+        Set_Fields({car_, driver_,
+                    Two(hour + s / 3600) + QStringLiteral(" : ") + Two(s / 60 % 60) + QStringLiteral(" : ") + Two(s % 60),
+                    QString::number(og_.Speed_Search360(s)),
+                    rpm ? QString::number(og_.RPM_Search360(s) * 40) : QString()});
+    });
+}
+
+void frmReport_SecOperation::Move_Hour(int step)
+{
+    const int next = og_.Neighbour_Hour(car_, driver_, day_, hour_, step);
+    if (next < 0) {
+        Msg_Box(QStringLiteral("데이터가 없습니다"));
+        return;
+    }
+    Show_Hour(car_, driver_, day_, next, -1);
+}
+
+void frmReport_SecOperation::Page(int keyCode)
+{
+    Move_Hour(keyCode == 33 ? 1 : -1);
+}
+
+QString frmReport_SecOperation::Print_Title() const
+{
+    return LoadResString(1298);
+}
+
+} // namespace vex::forms
