@@ -37,5 +37,13 @@ int Cmd_Sample(Context& ctx);
 int Cmd_Graph(Context& ctx);
 int Cmd_Sections(Context& ctx);
 int Cmd_Month(Context& ctx);
+int Cmd_Optimise(Context& ctx);
+int Cmd_Backup(Context& ctx);
+int Cmd_Export(Context& ctx);
+int Cmd_Import(Context& ctx);
+int Cmd_Delete(Context& ctx);
+int Cmd_Rekey(Context& ctx);
+int Cmd_Rebuild(Context& ctx);
+int Cmd_Move(Context& ctx);
 
 } // namespace vex::cli

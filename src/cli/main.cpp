@@ -32,6 +32,20 @@ const Command kCommands[] = {
     {"sections", "sections CARCODE DRIVERCODE YYMMDD", "the driving and standing sections of a day and their sums",
      Cmd_Sections},
     {"month", "month YYMM", "rebuild and print the month rows of D_M1 and D_Y1", Cmd_Month},
+    {"optimise", "optimise", "compact the database (in place at the next start; VACUUM ANALYZE on a server)",
+     Cmd_Optimise},
+    {"backup", "backup --from YYMMDD --to YYMMDD", "move a period out into \\exp\\FROMTO.zip and compact",
+     Cmd_Backup},
+    {"export", "export --from --to [--car CODE|ALL] [--driver CODE|ALL] [--delete] [--out FILE.zip]",
+     "a package of a selection, with its day files", Cmd_Export},
+    {"import", "import FILE.zip|FOLDER", "bring packages in; a row of the same key is overwritten", Cmd_Import},
+    {"delete", "delete --from --to --car CODE|ALL [--driver CODE|ALL] --yes", "delete a selection's days",
+     Cmd_Delete},
+    {"rekey", "rekey --car --driver --from --to --new-driver", "move a driver's days to another driver code",
+     Cmd_Rekey},
+    {"rebuild", "rebuild FILE.vex --car CODE", "rebuild a day from its day file", Cmd_Rebuild},
+    {"move", "move --source PATH --kind 1|2|3 --from YYMMDD",
+     "bring an older installation's database (Jet or SQLite) over", Cmd_Move},
 };
 
 void Usage(QTextStream& s)

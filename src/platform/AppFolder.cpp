@@ -103,6 +103,10 @@ bool Init_App_Folder(const QString& appDir, QString* reason)
     const QString live = App_Path(appDir, "\\db\\morix.mdb");
     if (!QFileInfo::exists(live) && !QFile::copy(templ, live))
         return Fail(reason, QStringLiteral("cannot write %1").arg(live));
+    // The export database of the packages: all the tables, kept and emptied.
+    const QString exp = App_Path(appDir, "\\Exp\\exp.mdb");
+    if (!QFileInfo::exists(exp) && !QFile::copy(templ, exp))
+        return Fail(reason, QStringLiteral("cannot write %1").arg(exp));
     return true;
 }
 

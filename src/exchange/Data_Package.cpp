@@ -1,0 +1,287 @@
+#include "exchange/Data_Package.h"
+
+#include "acquisition/Inbox_Names.h"
+#include "core/Err_Proc.h"
+#include "core/Mod_Main.h"
+#include "exchange/Package.h"
+#include "platform/AppFolder.h"
+#include "store/Cls_DB.h"
+#include "store/DayFile.h"
+
+#include <QDate>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace vex {
+
+namespace {
+
+QString App(const QString& systemPath)
+{
+    return App_Path(G().App_Dir, systemPath);
+}
+
+QDate Date_Of(const QString& yymmdd)
+{
+    return QDate(2000 + yymmdd.left(2).toInt(), yymmdd.mid(2, 2).toInt(), yymmdd.mid(4, 2).toInt());
+}
+
+Exchange_Report Refused(const QString& message)
+{
+    Exchange_Report r;
+    r.message = message;
+    return r;
+}
+
+// The day files of the rows of D_D1 in a selection, as package entries.
+std::vector<Zip_Entry> Day_File_Entries(const Source_Table& trips)
+{
+    std::vector<Zip_Entry> entries;
+    for (const QVariantList& row : trips.rows) {
+        const QString key = trips.Value(row, QStringLiteral("D_F1")).toString();
+        const QString car = key.left(6), driver = key.mid(6, 6), day = key.right(6);
+        if (!Is_Code(car) || !Is_Code(driver) || !Is_Day(day))
+            continue;
+        const QString file = App(Day_File_Name(car, driver, day));
+        if (QFileInfo(file).isFile())
+            entries.push_back({file, QStringLiteral("pack/%1/%2/%2%3.vex").arg(car, day, driver)});
+    }
+    return entries;
+}
+
+// Where a package's day file "pack/<car>/<day>/<day><driver>.vex" goes in
+// "\pack"; empty for any other name, whose parts can't be trusted as a
+// car code and a day.
+QString Day_File_Target(const QString& name)
+{
+    const QStringList parts = name.split(QLatin1Char('/'));
+    if (parts.size() != 4 || parts[0] != QLatin1String("pack"))
+        return {};
+    const QString& car = parts[1];
+    const QString& day = parts[2];
+    const QString& file = parts[3];
+    if (!Is_Code(car) || !Is_Day(day) || file.size() != 16 || !file.startsWith(day) || !Is_Code(file.mid(6, 6))
+        || file.right(4).toUpper() != QLatin1String(".VEX"))
+        return {};
+    return App(QStringLiteral("\\pack\\%1\\%2\\%3").arg(car, day, file));
+}
+
+bool Move_Over(const QString& from, const QString& to)
+{
+    QDir().mkpath(QFileInfo(to).absolutePath());
+    QFile::remove(to);
+    return QFile::rename(from, to) || (QFile::copy(from, to) && QFile::remove(from));
+}
+
+// One package: unpacked, its database read whole, then written.
+void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_Report& report,
+                const Exchange_Progress& progress)
+{
+    const QString exp = App(QStringLiteral("\\exp"));
+    QDir().mkpath(exp);
+    const QString db = exp + QStringLiteral("/exp.mdb");
+    // What a package brings replaces what the last one left.
+    QFile::remove(db);
+    const Unzip_Result unzipped = UnZip_Make(zip, exp);
+    if (!unzipped.ok)
+        throw RunTimeError(unzipped.error);
+    QString error;
+    std::unique_ptr<Db_Source> source;
+    if (unzipped.names.contains(QStringLiteral("exp.mdb")))
+        source = Db_Source::Open(db, &error);
+    else
+        error = QStringLiteral("the package holds no exp.mdb: ") + QFileInfo(zip).fileName();
+    if (!source)
+        throw RunTimeError(error);
+    QStringList tables = Package_Tables();
+    if (withSiteTable && source->Has_Table(QStringLiteral("D_S1")))
+        tables << QStringLiteral("D_S1");
+    // Read before anything is written: a broken table changes nothing.
+    std::vector<Source_Table> read;
+    for (const QString& t : tables)
+        read.push_back(source->Read(t));
+    source.reset();
+    for (const QString& name : unzipped.names) {
+        if (!name.toUpper().endsWith(QLatin1String("VEX")))
+            continue;
+        const QString target = Day_File_Target(name);
+        if (!target.isEmpty() && Move_Over(QDir(exp).filePath(name), target))
+            report.files << target;
+    }
+    for (size_t i = 0; i < read.size(); ++i) {
+        if (progress)
+            progress(tables[int(i)], 0, int(read[i].rows.size()));
+        const int n = Copy_Rows(live, tables[int(i)], read[i], progress);
+        report.tables.emplace_back(tables[int(i)], n);
+    }
+    // The package's own folders are spent.
+    QDir(QDir(exp).filePath(QStringLiteral("pack"))).removeRecursively();
+}
+
+} // namespace
+
+QString Export_Db_Path()
+{
+    return App(QStringLiteral("\\exp\\exp.mdb"));
+}
+
+bool Empty_Export_Db(QString* error)
+{
+    const QString path = Export_Db_Path();
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    // Missing, or left by an imported package of another kind: the empty
+    // template takes its place.
+    if (Db_File_Kind_Of(path) != Db_File_Kind::Sqlite) {
+        QFile::remove(path);
+        QFile::copy(App(QStringLiteral("\\db_temp\\morix.mdb")), path);
+    }
+    const bool ok = Guarded(1089, [&] {
+        DbTarget target = Parse_DB_Server(path, G().App_Dir);
+        Cls_DB exp(target);
+        if (exp.DB_State() != 1)
+            throw RunTimeError(QStringLiteral("cannot open ") + path);
+        for (const QString& t : Package_Tables() + QStringList{QStringLiteral("D_S1")})
+            exp.Execute(QStringLiteral("DELETE * FROM ") + t);
+    });
+    if (!ok && error)
+        *error = QStringLiteral("DB 생성 오류");
+    return ok;
+}
+
+Exchange_Report Export_Package(Cls_DB& live, const Selection& s, const QString& name, const Exchange_Progress& progress)
+{
+    Exchange_Report r;
+    QString error;
+    if (!Empty_Export_Db(&error))
+        return Refused(error);
+    const QString exp = App(QStringLiteral("\\exp"));
+    const QString copy = exp + QLatin1Char('/') + name + QStringLiteral(".mdb");
+    const bool ok = Guarded(1089, [&] {
+        Source_Table trips;
+        {
+            Cls_DB target(Parse_DB_Server(Export_Db_Path(), G().App_Dir));
+            int step = 0;
+            for (const QString& t : Package_Tables()) {
+                const Source_Table rows = Select_Rows(live, t, s);
+                if (t == QLatin1String("D_D1"))
+                    trips = rows;
+                r.tables.emplace_back(t, Copy_Rows(target, t, rows));
+                if (progress)
+                    progress(QStringLiteral("dbexport"), ++step, int(Package_Tables().size()));
+            }
+        }
+        QFile::remove(copy);
+        if (!QFile::copy(Export_Db_Path(), copy))
+            throw RunTimeError(QStringLiteral("cannot write ") + copy);
+        std::vector<Zip_Entry> entries{{copy, QStringLiteral("exp.mdb")}};
+        for (Zip_Entry& e : Day_File_Entries(trips)) {
+            r.files << e.file;
+            entries.push_back(std::move(e));
+        }
+        QString zipError;
+        const bool zipped = Zip_Make(exp + QLatin1Char('/') + name + QStringLiteral(".zip"), entries, &zipError);
+        QFile::remove(copy);
+        if (!zipped)
+            throw RunTimeError(QStringLiteral("압축실패: ") + zipError);
+    });
+    QFile::remove(copy);
+    r.ok = ok;
+    r.message = ok ? exp + QLatin1Char('/') + name + QStringLiteral(".zip") : QStringLiteral("압축실패");
+    return r;
+}
+
+Exchange_Report Delete_Selection(Cls_DB& live, const Selection& s, const Exchange_Progress& progress)
+{
+    if (s.car.isEmpty())
+        return Refused(QStringLiteral("차량코드는 반드시 선택하세요"));
+    Exchange_Report r;
+    r.ok = Guarded(1089, [&] {
+        int step = 0;
+        for (const QString& t : Day_Tables()) {
+            auto [sql, values] = Selection_Where(t, s);
+            Recordset rows = live.DB_RSet_D_D(sql, values);
+            r.tables.emplace_back(t, rows.RecordCount());
+            sql.replace(QStringLiteral("SELECT * FROM"), QStringLiteral("DELETE * FROM"));
+            live.Execute(sql, values);
+            if (progress)
+                progress(QStringLiteral("delete"), ++step, int(Day_Tables().size()));
+        }
+    });
+    r.message = r.ok ? QStringLiteral("삭제 되었습니다.") : Err_Last();
+    return r;
+}
+
+Exchange_Report Import_Package(Cls_DB& live, const QString& zipOrFolder, bool withSiteTable,
+                               const Exchange_Progress& progress)
+{
+    Exchange_Report r;
+    QStringList packages;
+    if (QFileInfo(zipOrFolder).isDir()) {
+        for (const QString& f : QDir(zipOrFolder).entryList(QDir::Files, QDir::Name))
+            if (f.toUpper().endsWith(QLatin1String(".ZIP")))
+                packages << QDir(zipOrFolder).filePath(f);
+        if (packages.isEmpty())
+            return Refused(QStringLiteral("데이터가 없읍니다"));
+    } else {
+        packages << zipOrFolder;
+    }
+    QStringList failed;
+    for (const QString& zip : packages)
+        if (!Guarded(1089, [&] { Import_One(live, zip, withSiteTable, r, progress); }))
+            failed << QFileInfo(zip).fileName() + QStringLiteral(": ") + Err_Last();
+    r.ok = failed.isEmpty();
+    r.message = r.ok ? QStringLiteral("완료") : failed.join(QLatin1Char('\n'));
+    return r;
+}
+
+Exchange_Report Rekey(Cls_DB& live, const QString& car, const QString& driver, const QString& from,
+                      const QString& to, const QString& newDriver, const Exchange_Progress& progress)
+{
+    if (!Is_Code(car) || !Is_Code(driver) || !Is_Code(newDriver) || !Is_Day(from) || !Is_Day(to) || from > to)
+        return Refused(QStringLiteral("car, driver and new driver are codes, the days YYMMDD"));
+    Exchange_Report r;
+    const QDate a = Date_Of(from), b = Date_Of(to);
+    const qint64 days = a.daysTo(b);
+    for (qint64 i = 0; i <= days; ++i) {
+        const QString day = a.addDays(i).toString(QStringLiteral("yyMMdd"));
+        const QString oldFile = App(Day_File_Name(car, driver, day));
+        const QString newFile = App(Day_File_Name(car, newDriver, day));
+        if (!QFileInfo(oldFile).isFile())
+            continue;
+        if (QFileInfo::exists(newFile)) {
+            r.message = QStringLiteral("동일한 차량번호 데이터가 존재합니다");
+            return r;
+        }
+        if (QFile::copy(oldFile, newFile) && QFile::remove(oldFile))
+            r.files << newFile;
+    }
+    static const QStringList order{"D_D1", "D_D7", "D_D8", "D_D3", "D_DI", "D_D6", "D_D2", "D_D4", "D_D9"};
+    r.ok = Guarded(1089, [&] {
+        Cls_DB::Batch batch(live);
+        int step = 0;
+        for (const QString& t : order) {
+            Recordset rs = live.DB_RSet_D_D(
+                QStringLiteral("SELECT * FROM %1 WHERE (Left(D_F1,6)) = ? AND (MID(D_F1,7,6)) = ? AND (RIGHT(D_F1,6)) >= ? "
+                               "AND (RIGHT(D_F1,6)) <= ?").arg(t),
+                {car, driver, from, to});
+            int n = 0;
+            for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext(), ++n) {
+                const QString key = rs.Text(QStringLiteral("D_F1"));
+                rs.Set(QStringLiteral("D_F1"), car + newDriver + key.right(6));
+                if (t == QLatin1String("D_D1")) {
+                    rs.Set(QStringLiteral("D_F2"), car);
+                    rs.Set(QStringLiteral("D_F3"), newDriver);
+                }
+                rs.Update();
+            }
+            r.tables.emplace_back(t, n);
+            if (progress)
+                progress(QStringLiteral("rekey"), ++step, int(order.size()));
+        }
+    });
+    r.message = r.ok ? QStringLiteral("완료") : Err_Last();
+    return r;
+}
+
+} // namespace vex

@@ -1,0 +1,237 @@
+#include "exchange/Db_Keeping.h"
+
+#include "acquisition/Inbox_Names.h"
+#include "core/Err_Proc.h"
+#include "core/Mod_Main.h"
+#include "exchange/Data_Package.h"
+#include "exchange/Package.h"
+#include "platform/AppFolder.h"
+#include "store/Cls_DB.h"
+#include "store/DayFile.h"
+
+#include <QDate>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+
+namespace vex {
+
+namespace {
+
+QString App(const QString& systemPath)
+{
+    return App_Path(G().App_Dir, systemPath);
+}
+
+} // namespace
+
+Optimise_Result Optimise(Cls_DB& live)
+{
+    Optimise_Result r;
+    const DbTarget& t = live.Target();
+    if (t.engine != Engine::Sqlite) {
+        // A server keeps its own files: the nearest thing is to reclaim and
+        // renew its statistics in place.
+        r.ok = Guarded(1089, [&] {
+            if (live.Dialect() != Engine::Postgres)
+                throw RunTimeError(QStringLiteral("this data source has no compaction the program knows"));
+            live.Execute(QStringLiteral("VACUUM ANALYZE"));
+        });
+        r.message = r.ok ? QStringLiteral("VACUUM ANALYZE") : Err_Last();
+        return r;
+    }
+    const QString temp2 = App(QStringLiteral("\\db\\temp2.mdb"));
+    const QString part = temp2 + QStringLiteral(".part");
+    r.before = QFileInfo(t.database).size();
+    r.ok = Guarded(1089, [&] {
+        QFile::remove(part);
+        live.Execute(QStringLiteral("VACUUM INTO ?"), {part});
+        QFile::remove(temp2);
+        if (!QFile::rename(part, temp2))
+            throw RunTimeError(QStringLiteral("cannot write ") + temp2);
+    });
+    QFile::remove(part);
+    r.after = r.ok ? QFileInfo(temp2).size() : -1;
+    r.swapAtStart = r.ok;
+    r.message = r.ok ? QStringLiteral("최적화가 완료되었읍니다. 프로그램을 종료하신 후 다시 실행하여 주시기 바랍니다!")
+                     : QStringLiteral("최적화가 실패되었읍니다.   ") + Err_Last();
+    return r;
+}
+
+std::pair<QString, QString> Backup_Period(Cls_DB& live)
+{
+    QString oldest, newest;
+    Guarded(1089, [&] {
+        Recordset rs = live.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1  ORDER BY D_F4 DESC"));
+        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
+            const QString day = rs.Text(QStringLiteral("D_F4"));
+            if (day == QLatin1String("000000") || !Is_Day(day))
+                continue;
+            if (newest.isEmpty())
+                newest = day;
+            oldest = day;
+        }
+    });
+    if (oldest.isEmpty())
+        return {};
+    const QString month = newest.mid(2, 2);
+    QString last = QStringLiteral("31");
+    if (month == QLatin1String("04") || month == QLatin1String("06") || month == QLatin1String("09")
+        || month == QLatin1String("11"))
+        last = QStringLiteral("30");
+    else if (month == QLatin1String("02"))
+        last = QString::number(QDate(2000 + newest.left(2).toInt(), 2, 1).daysInMonth());
+    return {oldest.left(4) + QStringLiteral("01"), newest.left(4) + last};
+}
+
+Exchange_Report Backup(Cls_DB& live, const QString& from, const QString& to, const Exchange_Progress& progress)
+{
+    Exchange_Report r;
+    if (!Is_Day(from) || !Is_Day(to) || from > to) {
+        r.message = QStringLiteral("백업할 기간을 선택하세요");
+        return r;
+    }
+    auto Stage = [&](const QString& text, int step) {
+        if (progress)
+            progress(text, step, 16);
+    };
+    Stage(QStringLiteral("DB를 백업합니다"), 1);
+    Selection all{from, to};
+    const QString name = from + to;
+    Exchange_Report exported = Export_Package(live, all, name, [&](const QString&, int done, int) {
+        Stage(QStringLiteral("DB를 백업합니다"), 1 + done);
+    });
+    r.tables = exported.tables;
+    r.files = exported.files;
+    const QString zip = App(QStringLiteral("\\exp\\")) + name + QStringLiteral(".zip");
+    // Nothing leaves the live database before its package is whole on disk.
+    if (!exported.ok || !Zip_Holds(zip, QStringLiteral("exp.mdb"))) {
+        r.message = exported.ok ? QStringLiteral("압축실패") : exported.message;
+        return r;
+    }
+    Stage(QStringLiteral("DB를 삭제합니다"), 13);
+    const Exchange_Report deleted = Delete_Selection(live, all);
+    if (!deleted.ok) {
+        r.message = deleted.message;
+        return r;
+    }
+    Stage(QStringLiteral("DB를 최적화를 수행합니다."), 15);
+    const bool compacted = live.Target().engine != Engine::Sqlite
+                               ? Optimise(live).ok
+                               : Guarded(1089, [&] { live.Execute(QStringLiteral("VACUUM")); });
+    Stage(QString(), 16);
+    r.ok = true;
+    r.message = zip + QLatin1Char('\n')
+                + (compacted ? QStringLiteral("최적화가 완료되었읍니다. ")
+                             : QStringLiteral("최적화가 실패되었읍니다.   ") + Err_Last());
+    return r;
+}
+
+Exchange_Report Rebuild_Day(Cls_DB& live, const QString& vexFile, const QString& car)
+{
+    Exchange_Report r;
+    if (car.trimmed().isEmpty()) {
+        r.message = QStringLiteral("차량번호를 입력하세요");
+        return r;
+    }
+    if (vexFile.isEmpty() || !QFileInfo(vexFile).isFile()) {
+        r.message = QStringLiteral("파일을 선택하세요");
+        return r;
+    }
+    const QString name = QFileInfo(vexFile).completeBaseName();
+    QString c = car.trimmed().toUpper(), driver = name.mid(6, 6), day = name.left(6);
+    if (!Is_Code(c) || !Is_Code(driver) || !Is_Day(day) || name.size() != 12) {
+        r.message = QStringLiteral("파일입력 실패");
+        return r;
+    }
+    // The detector reads the day from its place under "\pack".
+    const QString target = App(Day_File_Name(c, driver, day));
+    if (QFileInfo(vexFile).absoluteFilePath() != QFileInfo(target).absoluteFilePath()) {
+        QDir().mkpath(QFileInfo(target).absolutePath());
+        QFile::remove(target);
+        if (!QFile::copy(vexFile, target)) {
+            r.message = QStringLiteral("파일입력 실패");
+            return r;
+        }
+    }
+    r.ok = live.DB_Save_D_D12_file(c, driver, day) == -1;
+    if (r.ok)
+        r.tables.emplace_back(QStringLiteral("D_D1"), 1);
+    r.message = r.ok ? QStringLiteral("완  료") : QStringLiteral("파일입력 실패");
+    return r;
+}
+
+QString Newest_Day(Cls_DB& live)
+{
+    QString newest;
+    Guarded(1089, [&] {
+        Recordset rs = live.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 "));
+        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext())
+            newest = std::max(newest, rs.Text(QStringLiteral("D_F4")));
+    });
+    return newest;
+}
+
+const std::vector<Move_Source>& Move_Sources()
+{
+    static const std::vector<Move_Source> sources{
+        {1, "c:\\program files\\morix\\vex\\db\\morix.mdb", Package_Tables(), true},
+        {2, "c:\\program files\\morix\\vex\\db\\morix.mdb",
+         {"D_D1", "D_D2", "D_D3", "D_D6", "D_D7", "D_D8", "S_D1", "S_D2"}, false},
+        {3, "c:\\program files\\morix inc\\vex250\\db\\morix.mdb",
+         {"D_D1", "D_D2", "D_D3", "D_D4", "D_D6", "D_D7", "D_D8", "S_D1", "S_D2"}, false},
+    };
+    return sources;
+}
+
+Exchange_Report Move_From(Cls_DB& live, const QString& path, int option, const QString& fromDay,
+                          const Exchange_Progress& progress)
+{
+    Exchange_Report r;
+    const auto& sources = Move_Sources();
+    auto it = std::find_if(sources.begin(), sources.end(), [&](const Move_Source& s) { return s.option == option; });
+    if (it == sources.end() || !Is_Day(fromDay)) {
+        r.message = QStringLiteral("option 1, 2 or 3 and a day YYMMDD");
+        return r;
+    }
+    QString error;
+    const std::unique_ptr<Db_Source> source = Db_Source::Open(path, &error);
+    if (!source) {
+        r.message = error;
+        return r;
+    }
+    r.ok = Guarded(1089, [&] {
+        for (const QString& table : it->tables) {
+            Source_Table rows = source->Read(table); // a missing table stops the move here
+            if (Day_Tables().contains(table)) {
+                std::erase_if(rows.rows, [&](const QVariantList& row) {
+                    return rows.Value(row, QStringLiteral("D_F1")).toString().right(6) < fromDay;
+                });
+            }
+            r.tables.emplace_back(table, Copy_Rows(live, table, rows, progress));
+        }
+        if (!it->dayFiles)
+            return;
+        // The day files of the old installation's "\pack", beside its "\db".
+        const QDir pack(QFileInfo(path).absoluteDir().absoluteFilePath(QStringLiteral("../pack")));
+        for (QDirIterator files(pack.absolutePath(), {QStringLiteral("*.vex"), QStringLiteral("*.VEX")}, QDir::Files,
+                                QDirIterator::Subdirectories);
+             files.hasNext();) {
+            const QString file = files.next();
+            const QString rel = pack.relativeFilePath(file);
+            const QStringList parts = rel.split(QLatin1Char('/'));
+            if (parts.size() != 3 || !Is_Code(parts[0]) || !Is_Day(parts[1]) || parts[1] < fromDay)
+                continue;
+            const QString target = App(QStringLiteral("\\pack\\%1\\%2\\%3").arg(parts[0], parts[1], parts[2]));
+            QDir().mkpath(QFileInfo(target).absolutePath());
+            QFile::remove(target);
+            if (QFile::copy(file, target))
+                r.files << target;
+        }
+    });
+    r.message = r.ok ? QStringLiteral("완료") : Err_Last();
+    return r;
+}
+
+} // namespace vex
