@@ -5,7 +5,15 @@
 #include "forms/Frm_oversp.h"
 #include "forms/Frm_drv.h"
 #include "forms/MDIForm_Main.h"
+#include "forms/frmDB_Main.h"
+#include "forms/frmDB_Main1.h"
 #include "forms/frmPack_Read.h"
+#include "forms/frmPack_delete.h"
+#include "forms/frmPack_export.h"
+#include "forms/frmPack_export1.h"
+#include "forms/frmPack_export2.h"
+#include "forms/frm_DBk.h"
+#include "forms/frm_dbmove.h"
 #include "forms/frmPack_Read1.h"
 #include "forms/frmRegister_Car.h"
 #include "forms/frmRegister_Driver.h"
@@ -45,6 +53,9 @@ Vex_Form* Create_Form(const QString& name, QWidget* parent)
         Entry<frmReport_Main>(),  Entry<frmReport_Operation>(), Entry<frmReport_SecOperation>(),
         Entry<frmReport_QuickBrake>(), Entry<Frm_daydrive>(),   Entry<Frm_oversp>(),
         Entry<frmReport_AvgDay>(), Entry<frmReport_DayAVG>(),
+        Entry<frmDB_Main>(),      Entry<frmDB_Main1>(),        Entry<frmPack_export>(),
+        Entry<frmPack_export1>(), Entry<frmPack_export2>(),    Entry<frmPack_delete>(),
+        Entry<frm_DBk>(),         Entry<frm_dbmove>(),
     };
     auto it = factory.find(name);
     return it == factory.end() ? nullptr : it->second(parent);
@@ -58,7 +69,10 @@ QStringList Built_Forms()
             QStringLiteral("frmPack_Read1"),   QStringLiteral("frm_Pack_check"),     QStringLiteral("frmReport_Main"),
             QStringLiteral("frmReport_Operation"), QStringLiteral("frmReport_SecOperation"),
             QStringLiteral("frmReport_QuickBrake"), QStringLiteral("Frm_daydrive"), QStringLiteral("Frm_oversp"),
-            QStringLiteral("frmReport_AvgDay"), QStringLiteral("frmReport_DayAVG")};
+            QStringLiteral("frmReport_AvgDay"), QStringLiteral("frmReport_DayAVG"),
+            QStringLiteral("frmDB_Main"), QStringLiteral("frmDB_Main1"), QStringLiteral("frmPack_export"),
+            QStringLiteral("frmPack_export1"), QStringLiteral("frmPack_export2"), QStringLiteral("frmPack_delete"),
+            QStringLiteral("frm_DBk"), QStringLiteral("frm_dbmove")};
 }
 
 } // namespace vex::forms

@@ -5,6 +5,7 @@
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"
 #include "forms/Vex_Form.h"
+#include "forms/frmDB_Main.h"
 #include "forms/frmReport_Main.h"
 #include "forms/logic/Reception_Logic.h"
 #include "platform/AppFolder.h"
@@ -228,6 +229,8 @@ void MDIForm_Main::Run(const Nav_Action& a)
     Vex_Form* form = Open_Window(a.form);
     if (auto* analysis = qobject_cast<frmReport_Main*>(form); analysis && a.optionChange)
         analysis->Option_Button_Change(a.option);
+    if (auto* db = qobject_cast<frmDB_Main*>(form); db && a.dbType >= 0)
+        db->Set_Mode(a.dbType);
     if (form && a.captionId)
         form->setWindowTitle(LoadResString(a.captionId));
 }

@@ -1,0 +1,33 @@
+#include "forms/frmPack_delete.h"
+
+#include "core/Messages.h"
+#include "core/Mod_Main.h"
+#include "exchange/Data_Package.h"
+#include "forms/Keep_Progress.h"
+#include "forms/Msg_Box.h"
+
+namespace vex::forms {
+
+frmPack_delete::frmPack_delete(QWidget* parent)
+    : Selection_Form(QString::fromLatin1(kName), LoadResString(1198), LoadResString(1198), parent)
+{
+}
+
+void frmPack_delete::Run()
+{
+    if (Msg_Box(1150, QMessageBox::Question, {}, QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
+        return;
+    const Selection s = Chosen();
+    if (s.car.isEmpty()) {
+        Msg_Box(QStringLiteral("차량코드는 반드시 선택하세요"));
+        return;
+    }
+    if (!G().DB)
+        return;
+    const Exchange_Report r = Keep_With_Progress(this, LoadResString(1198), [&](const Exchange_Progress& p) {
+        return Delete_Selection(*G().DB, s, p);
+    });
+    Msg_Box(r.ok ? LoadResString(154) : r.message);
+}
+
+} // namespace vex::forms
