@@ -119,6 +119,39 @@ void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_R
     QDir(QDir(exp).filePath(QStringLiteral("pack"))).removeRecursively();
 }
 
+// The export database is empty and of the live one's kind: the engine copies
+// each table's selection into it itself, as one statement.
+void Export_In_Engine(Cls_DB& live, const Selection& s, Exchange_Report& r, const Exchange_Progress& progress)
+{
+    live.Execute(QStringLiteral("ATTACH DATABASE ? AS exp"), {Export_Db_Path()});
+    const bool ok = Guarded(1089, [&] {
+        int step = 0;
+        for (const QString& t : Package_Tables()) {
+            auto [sql, values] = Selection_Where(t, s);
+            live.Execute(QStringLiteral("INSERT INTO exp.") + t + QLatin1Char(' ') + sql, values);
+            Recordset n = live.DB_RSet_D_D(QStringLiteral("SELECT COUNT(*) AS N FROM exp.") + t);
+            r.tables.emplace_back(t, n.Field(QStringLiteral("N")).toInt());
+            if (progress)
+                progress(QStringLiteral("dbexport"), ++step, int(Package_Tables().size()));
+        }
+    });
+    live.Execute(QStringLiteral("DETACH DATABASE exp"));
+    if (!ok)
+        throw RunTimeError(Err_Last());
+}
+
+// Any other engine: row by row through the copy rule.
+void Export_By_Rows(Cls_DB& live, const Selection& s, Exchange_Report& r, const Exchange_Progress& progress)
+{
+    Cls_DB target(Parse_DB_Server(Export_Db_Path(), G().App_Dir));
+    int step = 0;
+    for (const QString& t : Package_Tables()) {
+        r.tables.emplace_back(t, Copy_Rows(target, t, Select_Rows(live, t, s)));
+        if (progress)
+            progress(QStringLiteral("dbexport"), ++step, int(Package_Tables().size()));
+    }
+}
+
 } // namespace
 
 QString Export_Db_Path()
@@ -158,19 +191,11 @@ Exchange_Report Export_Package(Cls_DB& live, const Selection& s, const QString& 
     const QString exp = App(QStringLiteral("\\exp"));
     const QString copy = exp + QLatin1Char('/') + name + QStringLiteral(".mdb");
     const bool ok = Guarded(1089, [&] {
-        Source_Table trips;
-        {
-            Cls_DB target(Parse_DB_Server(Export_Db_Path(), G().App_Dir));
-            int step = 0;
-            for (const QString& t : Package_Tables()) {
-                const Source_Table rows = Select_Rows(live, t, s);
-                if (t == QLatin1String("D_D1"))
-                    trips = rows;
-                r.tables.emplace_back(t, Copy_Rows(target, t, rows));
-                if (progress)
-                    progress(QStringLiteral("dbexport"), ++step, int(Package_Tables().size()));
-            }
-        }
+        const Source_Table trips = Select_Rows(live, QStringLiteral("D_D1"), s);
+        if (live.Target().engine == Engine::Sqlite)
+            Export_In_Engine(live, s, r, progress);
+        else
+            Export_By_Rows(live, s, r, progress);
         QFile::remove(copy);
         if (!QFile::copy(Export_Db_Path(), copy))
             throw RunTimeError(QStringLiteral("cannot write ") + copy);

@@ -58,10 +58,13 @@ bool Zip_Make(const QString& zipPath, const std::vector<Zip_Entry>& entries, QSt
         zip_source_t* src = zip_source_file_create(QFile::encodeName(e.file).constData(), 0, -1, nullptr);
         if (!src)
             return Fail(error, QStringLiteral("cannot read ") + e.file);
-        if (zip_file_add(z.get(), e.name.toUtf8().constData(), src, ZIP_FL_ENC_UTF_8 | ZIP_FL_OVERWRITE) < 0) {
+        const zip_int64_t index = zip_file_add(z.get(), e.name.toUtf8().constData(), src, ZIP_FL_ENC_UTF_8 | ZIP_FL_OVERWRITE);
+        if (index < 0) {
             zip_source_free(src);
             return Fail(error, QString::fromUtf8(zip_error_strerror(zip_get_error(z.get()))));
         }
+        // Series of hexadecimal cells pack well even at the fastest level.
+        zip_set_file_compression(z.get(), zip_uint64_t(index), ZIP_CM_DEFLATE, 1);
     }
     if (zip_close(z.get()) != 0) {
         const QString why = QString::fromUtf8(zip_error_strerror(zip_get_error(z.get())));
