@@ -37,7 +37,7 @@ frmPack_export1::frmPack_export1(QWidget* parent) : Vex_Form(QString::fromLatin1
     ProgressBar1->setObjectName(QStringLiteral("ProgressBar1"));
     ProgressBar1->setRange(0, 16);
     ProgressBar1->setValue(0);
-    Cmd_Save = new QPushButton(LoadResString(501), this);
+    Cmd_Save = new QPushButton(LoadResString(1029), this);
     Cmd_Save->setObjectName(QStringLiteral("Cmd_Save"));
     Cmd_Close = new QPushButton(LoadResString(504), this);
     Cmd_Close->setObjectName(QStringLiteral("Cmd_Close"));

@@ -40,7 +40,7 @@ frm_dbmove::frm_dbmove(QWidget* parent) : Vex_Form(QString::fromLatin1(kName), p
     ProgressBar1->setValue(0);
     Cmd2 = new QPushButton(QStringLiteral("..."), this);
     Cmd2->setObjectName(QStringLiteral("Cmd2"));
-    Cmd_Save = new QPushButton(LoadResString(501), this);
+    Cmd_Save = new QPushButton(LoadResString(1029), this);
     Cmd_Save->setObjectName(QStringLiteral("Cmd_Save"));
     Cmd_Close = new QPushButton(LoadResString(504), this);
     Cmd_Close->setObjectName(QStringLiteral("Cmd_Close"));
