@@ -45,5 +45,6 @@ int Cmd_Delete(Context& ctx);
 int Cmd_Rekey(Context& ctx);
 int Cmd_Rebuild(Context& ctx);
 int Cmd_Move(Context& ctx);
+int Cmd_Agency(Context& ctx);
 
 } // namespace vex::cli

@@ -5,6 +5,7 @@
 #include "forms/Frm_oversp.h"
 #include "forms/Frm_drv.h"
 #include "forms/MDIForm_Main.h"
+#include "forms/Frm_st.h"
 #include "forms/frmDB_Main.h"
 #include "forms/frmDB_Main1.h"
 #include "forms/frmPack_Read.h"
@@ -55,7 +56,7 @@ Vex_Form* Create_Form(const QString& name, QWidget* parent)
         Entry<frmReport_AvgDay>(), Entry<frmReport_DayAVG>(),
         Entry<frmDB_Main>(),      Entry<frmDB_Main1>(),        Entry<frmPack_export>(),
         Entry<frmPack_export1>(), Entry<frmPack_export2>(),    Entry<frmPack_delete>(),
-        Entry<frm_DBk>(),         Entry<frm_dbmove>(),
+        Entry<frm_DBk>(),         Entry<frm_dbmove>(),          Entry<Frm_st>(),
     };
     auto it = factory.find(name);
     return it == factory.end() ? nullptr : it->second(parent);
@@ -72,7 +73,7 @@ QStringList Built_Forms()
             QStringLiteral("frmReport_AvgDay"), QStringLiteral("frmReport_DayAVG"),
             QStringLiteral("frmDB_Main"), QStringLiteral("frmDB_Main1"), QStringLiteral("frmPack_export"),
             QStringLiteral("frmPack_export1"), QStringLiteral("frmPack_export2"), QStringLiteral("frmPack_delete"),
-            QStringLiteral("frm_DBk"), QStringLiteral("frm_dbmove")};
+            QStringLiteral("frm_DBk"), QStringLiteral("frm_dbmove"), QStringLiteral("Frm_st")};
 }
 
 } // namespace vex::forms

@@ -4,6 +4,7 @@
 #include "GuiFixture.h"
 
 #include "core/Messages.h"
+#include "forms/Frm_st.h"
 #include "forms/frmDB_Main.h"
 #include "forms/frmDB_Main1.h"
 #include "forms/frmPack_delete.h"
@@ -168,4 +169,32 @@ TEST_F(KeepingTest, BackupFromItsWindow)
     EXPECT_EQ(backup->ProgressBar1->value(), 16);
     EXPECT_TRUE(QFile::exists(app.Path("Exp/260101260105.zip")));
     EXPECT_EQ(Rows("SELECT * FROM D_D1"), 1);
+}
+
+TEST_F(KeepingTest, AgencyFilesWithTheirCheckFirst)
+{
+    MDIForm_Main* m = Start_With_Days();
+    ASSERT_NE(m, nullptr);
+    m->Run(Button_Action(11));
+    auto* st = qobject_cast<Frm_st*>(Find_Form("Frm_st"));
+    ASSERT_NE(st, nullptr);
+    Click(st->Cmd_Save);
+    EXPECT_EQ(msgs.Last(), "회사명과 사업자번호를 입력하신 후 저장 버튼을 누르세요 !");
+    st->Text1->setText("운수회사");
+    st->Text2->setText("123");
+    Click(st->Command2);
+    EXPECT_EQ(msgs.Last(), "저장되었습니다");
+    Period(st->TDBDate1);
+    // The received car has model "250" and its day files: nothing to skip.
+    msgs.answer = QMessageBox::Yes;
+    Click(st->Cmd_Save);
+    EXPECT_EQ(msgs.Last(), "완료");
+    EXPECT_EQ(st->Text2->text(), "0000000123");
+    EXPECT_EQ(QDir(app.Path("report/1")).entryList(QDir::Files).size(), 2);
+    // A day without its day file is listed before the run.
+    QFile::remove(app.Path("pack/12AB00/260106/260106000123.vex"));
+    msgs.answer = QMessageBox::No;
+    Click(st->Cmd_Save);
+    EXPECT_TRUE(st->Text_Check->toPlainText().contains("without its day file"));
+    EXPECT_EQ(QDir(app.Path("report/1")).entryList(QDir::Files).size(), 2) << "No leaves the last files alone";
 }

@@ -1,0 +1,305 @@
+#include "exchange/Agency_File.h"
+
+#include "acquisition/Cls_IO.h"
+#include "core/Err_Proc.h"
+#include "core/Messages.h"
+#include "core/Mod_Main.h"
+#include "platform/AppFolder.h"
+#include "store/Cls_DB.h"
+#include "store/DayFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringEncoder>
+#include <cmath>
+
+namespace vex {
+
+namespace {
+
+struct Car_Facts {
+    bool registered = false;
+    QString model = QStringLiteral("120");
+    QString vehicle;
+    float factor = 4.0f;
+};
+
+Car_Facts Facts_Of(Cls_DB& db, const QString& car)
+{
+    Car_Facts f;
+    f.vehicle = car;
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
+    if (rs.RecordCount() < 1)
+        return f;
+    f.registered = true;
+    if (!rs.Field(QStringLiteral("D_F6")).isNull())
+        f.model = rs.Text(QStringLiteral("D_F6"));
+    const QString id = rs.Text(QStringLiteral("D_F3"));
+    if (!id.isEmpty() && !car.isEmpty())
+        f.vehicle = id;
+    bool ok = false;
+    const float factor = rs.Text(QStringLiteral("D_F5")).trimmed().toFloat(&ok);
+    if (ok)
+        f.factor = factor;
+    return f;
+}
+
+QString Text_Of(Cls_DB& db, const QString& table, const QString& key, bool* found = nullptr)
+{
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM ") + table + QStringLiteral(" WHERE D_F1=?"), {key});
+    if (found)
+        *found = rs.RecordCount() > 0;
+    return rs.RecordCount() > 0 ? rs.Text(QStringLiteral("D_F2")) : QString();
+}
+
+// Kilometres so far, minute by minute, from the minute distance cells
+// ("XY" is X.Y km). The minute form drops 8 km from a cell of 8 km or more.
+std::vector<int> Running_Km(const QString& cells, bool dropEight)
+{
+    std::vector<int> km(1440, 0);
+    float total = 0;
+    for (int k = 0; k < 1440 && 2 * k + 1 < cells.size(); ++k) {
+        float v = float(cells.mid(2 * k, 2).toInt()) / 10.0f;
+        if (dropEight && v >= 8)
+            v -= 8;
+        total += v;
+        km[size_t(k)] = int(std::floor(total));
+    }
+    return km;
+}
+
+QString Time8(int h, int m, const QString& rest)
+{
+    return Zero_Pad(QString::number(h), 2) + Zero_Pad(QString::number(m), 2) + rest;
+}
+
+// One file, whole, in the desk's code page with CR LF.
+void Write_Lines(const QString& path, const QStringList& lines)
+{
+    QStringEncoder encode("CP949");
+    QByteArray bytes;
+    for (const QString& line : lines)
+        bytes += (encode.isValid() ? QByteArray(encode.encode(line)) : line.toUtf8()) + "\r\n";
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(bytes) != bytes.size())
+        throw RunTimeError(QStringLiteral("Path/File access error: ") + path);
+}
+
+// A vehicle id names a file: separators can't be part of one.
+QString File_Safe(QString id)
+{
+    for (QChar& c : id)
+        if (c == u'/' || c == u'\\' || c == QChar(0))
+            c = u'_';
+    return id;
+}
+
+QString Prepare_Folder(int n)
+{
+    const QString dir = App_Path(G().App_Dir, QStringLiteral("\\report\\%1").arg(n));
+    QDir(dir).removeRecursively();
+    if (!QDir().mkpath(dir))
+        throw RunTimeError(QStringLiteral("Path/File access error: ") + dir);
+    return dir;
+}
+
+} // namespace
+
+QString Zero_Pad(const QString& text, int width)
+{
+    return text.size() >= width ? text : QString(width - text.size(), QLatin1Char('0')) + text;
+}
+
+QString Agency_Header(const QString& modelTag, const QString& vehicleId, const QString& business10,
+                      const QString& driverCode)
+{
+    const QString vehicle = vehicleId.size() >= 12 ? vehicleId : vehicleId + QString(12 - vehicleId.size(), QLatin1Char('#'));
+    return modelTag + QString(14, QLatin1Char('#')) + QString(17, QLatin1Char('#')) + QStringLiteral("11") + vehicle
+           + business10 + QStringLiteral("0000000000") + QStringLiteral("0") + Zero_Pad(driverCode, 7);
+}
+
+QString Agency_Data_Line(int distanceKm, const QString& day, const QString& time8, int speed, const QString& engine)
+{
+    return Zero_Pad(QString::number(distanceKm), 4) + QStringLiteral("0000000") + day + time8
+           + Zero_Pad(QString::number(speed), 3) + engine + QStringLiteral("0") + QString(35, QLatin1Char('0'));
+}
+
+QString Agency_File_Name(const QString& day, const QString& vehicleId, const QString& driverCode)
+{
+    return QStringLiteral("20") + day + QLatin1Char('_') + File_Safe(vehicleId) + QStringLiteral("_00_")
+           + Zero_Pad(driverCode, 7) + QStringLiteral(".TXT");
+}
+
+QString Agency_Engine_Text(int engineByte, float factor)
+{
+    const float product = float(engineByte) * 40.0f * factor;
+    return Zero_Pad(QString::number(product, 'g', 7), 4);
+}
+
+Agency_Identity Load_Agency_Identity(Cls_DB& db)
+{
+    Agency_Identity id;
+    Guarded(1089, [&] {
+        Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D14"));
+        if (rs.RecordCount() < 1)
+            return;
+        id.company = rs.Text(QStringLiteral("D_F22"));
+        if (id.company.contains(QLatin1String(".com")))
+            id.company.clear();
+        id.business = rs.Text(QStringLiteral("D_F4"));
+    });
+    return id;
+}
+
+bool Save_Agency_Identity(Cls_DB& db, const Agency_Identity& id, QString* message)
+{
+    if (id.company.trimmed().isEmpty() || id.business.trimmed().isEmpty()) {
+        if (message)
+            *message = QStringLiteral("회사명과 사업자번호를 입력하세요");
+        return false;
+    }
+    const bool ok = Guarded(1089, [&] {
+        Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D14"));
+        if (rs.RecordCount() < 1)
+            rs.AddNew();
+        rs.Set(QStringLiteral("D_F22"), id.company);
+        rs.Set(QStringLiteral("D_F4"), id.business);
+        rs.Update();
+    });
+    if (message)
+        *message = ok ? QStringLiteral("저장되었습니다") : Err_Last();
+    return ok;
+}
+
+std::vector<Agency_Note> Agency_Check(Cls_DB& db, const QString& from, const QString& to)
+{
+    std::vector<Agency_Note> notes;
+    Guarded(1089, [&] {
+        Recordset rs = db.DB_RSet_D_D(
+            QStringLiteral("SELECT * FROM D_D1 where (RIGHT(D_F1,6)) >= ? AND (RIGHT(D_F1,6)) <= ?"), {from, to});
+        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
+            const QString car = rs.Text(QStringLiteral("D_F2")), driver = rs.Text(QStringLiteral("D_F3")),
+                          day = rs.Text(QStringLiteral("D_F4"));
+            const QString key = car + driver + day;
+            const Car_Facts f = Facts_Of(db, car);
+            if (!f.registered)
+                notes.push_back({key, QStringLiteral("car %1 has no register row: written as model \"120\"").arg(car)});
+            if (f.vehicle.size() > 12)
+                notes.push_back({key, QStringLiteral("vehicle id \"%1\" is longer than 12 characters: the columns after it shift").arg(f.vehicle)});
+            if (f.model == QLatin1String("250")) {
+                if (!QFileInfo(Local_Path(Day_File_Name(car, driver, day))).isFile())
+                    notes.push_back({key, QStringLiteral("model \"250\" without its day file: skipped")});
+            } else {
+                bool found = false;
+                Text_Of(db, QStringLiteral("D_D3"), key, &found);
+                if (!found)
+                    notes.push_back({key, QStringLiteral("no minute series: skipped")});
+            }
+        }
+    });
+    return notes;
+}
+
+Agency_Result Write_Agency_Files(Cls_DB& db, const Agency_Identity& id, const QString& from, const QString& to,
+                                 const Agency_Progress& progress)
+{
+    Agency_Result r;
+    if (id.company.isEmpty() || id.business.isEmpty()) {
+        r.message = QStringLiteral("회사명과 사업자번호를 입력하신 후 저장 버튼을 누르세요 !");
+        return r;
+    }
+    const QString business = Zero_Pad(id.business, 10);
+    if (from > to) {
+        r.message = LoadResString(1169);
+        return r;
+    }
+    const bool ok = Guarded(1089, [&] {
+        Recordset rs = db.DB_RSet_D_D(
+            QStringLiteral("SELECT * FROM D_D1 where (RIGHT(D_F1,6)) >= ? AND (RIGHT(D_F1,6)) <= ?"), {from, to});
+        if (rs.RecordCount() < 1) {
+            r.message = QStringLiteral("데이터가 없습니다");
+            return;
+        }
+        int folder = 1, count = 0, done = 0;
+        QString dir = Prepare_Folder(folder);
+        r.folders = 1;
+        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
+            const QString car = rs.Text(QStringLiteral("D_F2")), driver = rs.Text(QStringLiteral("D_F3")),
+                          day = rs.Text(QStringLiteral("D_F4"));
+            const QString key = car + driver + day;
+            const Car_Facts f = Facts_Of(db, car);
+            const QString path = dir + QLatin1Char('/') + Agency_File_Name(day, f.vehicle, driver);
+            if (!Inside_Folder(dir, path))
+                throw RunTimeError(QStringLiteral("Path/File access error: ") + path);
+            QStringList lines;
+            if (f.model != QLatin1String("250")) {
+                bool found = false;
+                const QString series = Text_Of(db, QStringLiteral("D_D3"), key, &found);
+                if (found) {
+                    std::vector<int> speed(1440, 0);
+                    for (int k = 0; k < 1440 && 2 * k + 1 < series.size(); ++k) {
+                        const QString cell = series.mid(2 * k, 2);
+                        speed[size_t(k)] = cell == QLatin1String("FF") ? 0 : Cls_IO::Hex_Dec(cell).toInt();
+                    }
+                    const std::vector<int> km = Running_Km(Text_Of(db, QStringLiteral("D_D7"), key), true);
+                    lines << Agency_Header(QStringLiteral("qrx120"), f.vehicle, business, driver);
+                    int first = 0, last = 1439;
+                    while (first < 1440 && speed[size_t(first)] <= 0)
+                        ++first;
+                    while (last >= 0 && speed[size_t(last)] <= 0)
+                        --last;
+                    for (int k = first; k <= last; ++k)
+                        lines << Agency_Data_Line(km[size_t(k)], day, Time8(k / 60, k % 60, QStringLiteral("0000")),
+                                                  speed[size_t(k)], QStringLiteral("0000"));
+                }
+            } else if (QFileInfo(Local_Path(Day_File_Name(car, driver, day))).isFile()) {
+                const DayFile file = Read_Day_File(Local_Path(Day_File_Name(car, driver, day)));
+                const std::vector<int> km = Running_Km(Text_Of(db, QStringLiteral("D_D7"), key), false);
+                auto Good = [](uint8_t v) { return v >= 1 && v <= 254; };
+                auto First = [&](const std::vector<uint8_t>& a) {
+                    int s = 0;
+                    while (s < 86400 && !Good(a[size_t(s)]))
+                        ++s;
+                    return s;
+                };
+                auto Last = [&](const std::vector<uint8_t>& a) {
+                    int s = 86399;
+                    while (s >= 0 && !Good(a[size_t(s)]))
+                        --s;
+                    return s;
+                };
+                const int begin = std::min(First(file.speed), First(file.engine));
+                const int end = std::max(Last(file.speed), Last(file.engine));
+                lines << Agency_Header(QStringLiteral("qrx250"), f.vehicle, business, driver);
+                for (int s = begin; s <= end; ++s) {
+                    const int h = s / 3600, m = (s - h * 3600) / 60, sec = s - h * 3600 - m * 60;
+                    lines << Agency_Data_Line(km[size_t(h * 60 + m)], day,
+                                              Time8(h, m, Zero_Pad(QString::number(sec), 2) + QStringLiteral("00")),
+                                              file.speed[size_t(s)], Agency_Engine_Text(file.engine[size_t(s)], f.factor));
+                }
+            }
+            if (!lines.isEmpty()) {
+                Write_Lines(path, lines);
+                r.written << path;
+                // Past 200 files every further file opens a new folder: the
+                // counter is never set back, as it always was.
+                if (++count > 200) {
+                    dir = Prepare_Folder(++folder);
+                    ++r.folders;
+                }
+            }
+            if (progress)
+                progress(++done, rs.RecordCount());
+        }
+        r.message = QStringLiteral("완료");
+    });
+    if (!ok) {
+        r.message = QStringLiteral("데이터생성실패  ") + Err_Last();
+        return r;
+    }
+    r.ok = r.message == QStringLiteral("완료");
+    return r;
+}
+
+} // namespace vex
