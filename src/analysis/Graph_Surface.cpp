@@ -61,6 +61,22 @@ void Graph_Surface::Set_FontSize(double points)
     painter_.setFont(font_);
 }
 
+void Graph_Surface::Set_FontName(const QString& name)
+{
+    font_.setFamily(name);
+    // A named face is a paper face. Without shaping, the CJK faces keep
+    // their plain digits next to Latin letters, so that every glyph of a
+    // printed document still tells its character (a PDF stays searchable).
+    font_.setStyleStrategy(QFont::PreferNoShaping);
+    painter_.setFont(font_);
+}
+
+void Graph_Surface::Set_FontBold(bool bold)
+{
+    font_.setBold(bold);
+    painter_.setFont(font_);
+}
+
 void Graph_Surface::Use_Pen(uint32_t color)
 {
     QPen pen(Vb_Color(color));

@@ -42,6 +42,11 @@ public:
     int DrawStyle = 0; // 0 solid, 2 dotted
     void Set_FontSize(double points);
     double FontSize() const { return fontSize_; }
+    // The face by its name ("바탕" on paper); the program's own face until set.
+    void Set_FontName(const QString& name);
+    QString FontName() const { return font_.family(); }
+    void Set_FontBold(bool bold);
+    bool FontBold() const { return font_.bold(); }
     float CurrentX = 0;
     float CurrentY = 0;
 

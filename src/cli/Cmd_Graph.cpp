@@ -38,20 +38,6 @@ int Usage_Error(Context& ctx, const QString& what)
     return 2;
 }
 
-// A whole number option within a set or a range; fallback when absent.
-bool Number_Option(QStringList& args, const QString& name, int fallback, int low, int high, int& value,
-                   const QList<int>& allowed = {})
-{
-    const QString text = Take_Option(args, name);
-    if (text.isEmpty()) {
-        value = fallback;
-        return true;
-    }
-    bool ok = false;
-    value = text.toInt(&ok);
-    return ok && value >= low && value <= high && (allowed.isEmpty() || allowed.contains(value));
-}
-
 bool Started(Context& ctx)
 {
     return Start_App(ctx) && Load_App_Settings(ctx);

@@ -37,6 +37,9 @@ int Cmd_Sample(Context& ctx);
 int Cmd_Graph(Context& ctx);
 int Cmd_Sections(Context& ctx);
 int Cmd_Month(Context& ctx);
+int Cmd_Standards(Context& ctx);
+int Cmd_Recalc(Context& ctx);
+int Cmd_Report(Context& ctx);
 int Cmd_Optimise(Context& ctx);
 int Cmd_Backup(Context& ctx);
 int Cmd_Export(Context& ctx);
@@ -46,5 +49,6 @@ int Cmd_Rekey(Context& ctx);
 int Cmd_Rebuild(Context& ctx);
 int Cmd_Move(Context& ctx);
 int Cmd_Agency(Context& ctx);
+int Cmd_Remote(Context& ctx);
 
 } // namespace vex::cli

@@ -21,6 +21,19 @@ QString Take_Option(QStringList& args, const QString& name)
     return value;
 }
 
+bool Number_Option(QStringList& args, const QString& name, int fallback, int low, int high, int& value,
+                   const QList<int>& allowed)
+{
+    const QString text = Take_Option(args, name);
+    if (text.isEmpty()) {
+        value = fallback;
+        return true;
+    }
+    bool ok = false;
+    value = text.toInt(&ok);
+    return ok && value >= low && value <= high && (allowed.isEmpty() || allowed.contains(value));
+}
+
 bool Take_Output(QStringList& args, Graph_File& file, QString& reason)
 {
     file.path = Take_Option(args, QStringLiteral("--out"));

@@ -31,4 +31,9 @@ bool Render(const Graph_File& file, const QString& title, const QStringList& hea
 // Takes "--name VALUE" out of args; empty text when absent.
 QString Take_Option(QStringList& args, const QString& name);
 
+// Takes "--name N" out of args: a whole number from low to high (and of
+// allowed, when given); fallback when absent. False when it is none.
+bool Number_Option(QStringList& args, const QString& name, int fallback, int low, int high, int& value,
+                   const QList<int>& allowed = {});
+
 } // namespace vex::cli

@@ -32,6 +32,12 @@ const Command kCommands[] = {
     {"sections", "sections CARCODE DRIVERCODE YYMMDD", "the driving and standing sections of a day and their sums",
      Cmd_Sections},
     {"month", "month YYMM", "rebuild and print the month rows of D_M1 and D_Y1", Cmd_Month},
+    {"standards", "standards [set N=VALUE...]", "print the evaluation standards, or set fields 1 to 13", Cmd_Standards},
+    {"recalc", "recalc", "count every stored trip again under the standards (progress on stderr)", Cmd_Recalc},
+    {"report", "report KIND ... --out FILE.pdf|--printer NAME",
+     "drive-day|inspection-day|sections|operation CAR DRIVER YYMMDD; operation-360 CAR DRIVER YYMMDD HH; "
+     "quick-brake CAR; avg-day --from --to; day-avg --car --driver --from --to: a printed report",
+     Cmd_Report},
     {"optimise", "optimise", "compact the database (in place at the next start; VACUUM ANALYZE on a server)",
      Cmd_Optimise},
     {"backup", "backup --from YYMMDD --to YYMMDD", "move a period out into \\exp\\FROMTO.zip and compact",
@@ -48,6 +54,7 @@ const Command kCommands[] = {
      "bring an older installation's database (Jet or SQLite) over", Cmd_Move},
     {"agency", "agency --from YYMMDD --to YYMMDD [--company NAME --business NUMBER] [--check]",
      "the agency submission files under report/N, or with --check what a run passes over", Cmd_Agency},
+    {"remote", "remote", "fetch the site's packages from its FTP server (two passes) and load them", Cmd_Remote},
 };
 
 void Usage(QTextStream& s)
@@ -59,12 +66,12 @@ void Usage(QTextStream& s)
         s << "  " << QString::fromLatin1(c.usage).leftJustified(40) << c.summary << "\n";
 }
 
-// Drawing needs the GUI part of Qt (fonts), and without a display its
-// offscreen platform.
+// Drawing needs the GUI part of Qt (fonts, printers), and without a
+// display its offscreen platform.
 bool Draws(int argc, char** argv)
 {
     for (int i = 1; i < argc; ++i)
-        if (QByteArray(argv[i]) == "graph")
+        if (QByteArray(argv[i]) == "graph" || QByteArray(argv[i]) == "report")
             return true;
     return false;
 }

@@ -4,6 +4,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QMutex>
 #include <QTextStream>
 
 namespace vex {
@@ -20,10 +21,17 @@ QString& Last()
     static QString last;
     return last;
 }
+// A recount of old trips runs in a thread of its own: one line at a time.
+QMutex& Log_Lock()
+{
+    static QMutex lock;
+    return lock;
+}
 } // namespace
 
 QString Err_Last()
 {
+    QMutexLocker locked(&Log_Lock());
     return Last();
 }
 
@@ -31,6 +39,7 @@ void Err_Proc(int16_t code, const QString& text)
 {
     if (code < 1001 || code > 1164)
         return;
+    QMutexLocker locked(&Log_Lock());
     Last() = Err_Label(code) + QStringLiteral(": ") + text;
     const QString line = QStringLiteral("%1\t%2\t%3\t%4\n")
                              .arg(QDateTime::currentDateTime().toString(Qt::ISODate))

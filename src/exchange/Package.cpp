@@ -87,6 +87,13 @@ bool Zip_Holds(const QString& zipPath, const QString& name)
     return z && zip_name_locate(z.get(), name.toUtf8().constData(), 0) >= 0;
 }
 
+bool Zip_Opens(const QString& zipPath)
+{
+    int code = 0;
+    Zip_Handle z(zip_open(QFile::encodeName(zipPath).constData(), ZIP_RDONLY | ZIP_CHECKCONS, &code));
+    return bool(z);
+}
+
 Unzip_Result UnZip_Make(const QString& zipPath, const QString& destDir)
 {
     Unzip_Result r;

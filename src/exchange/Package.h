@@ -36,6 +36,9 @@ Unzip_Result UnZip_Make(const QString& zipPath, const QString& destDir);
 // holds an entry named name: the test a backup makes before it deletes.
 bool Zip_Holds(const QString& zipPath, const QString& name);
 
+// True when the file at zipPath opens as a whole zip (every entry's checks).
+bool Zip_Opens(const QString& zipPath);
+
 // True for a package entry name that stays inside the folder it is
 // unpacked to: relative, no "..", no drive, no backslash tricks.
 bool Safe_Entry_Name(const QString& name);

@@ -16,9 +16,11 @@
 #include "forms/frm_DBk.h"
 #include "forms/frm_dbmove.h"
 #include "forms/frmPack_Read1.h"
+#include "forms/frmRegister_Average.h"
 #include "forms/frmRegister_Car.h"
 #include "forms/frmRegister_Driver.h"
 #include "forms/frmReport_AvgDay.h"
+#include "forms/frmReport_DriveDay1.h"
 #include "forms/frmReport_Main.h"
 #include "forms/frmReport_Operation.h"
 #include "forms/frmReport_QuickBrake.h"
@@ -57,6 +59,7 @@ Vex_Form* Create_Form(const QString& name, QWidget* parent)
         Entry<frmDB_Main>(),      Entry<frmDB_Main1>(),        Entry<frmPack_export>(),
         Entry<frmPack_export1>(), Entry<frmPack_export2>(),    Entry<frmPack_delete>(),
         Entry<frm_DBk>(),         Entry<frm_dbmove>(),          Entry<Frm_st>(),
+        Entry<frmRegister_Average>(), Entry<frmReport_DriveDay1>(),
     };
     auto it = factory.find(name);
     return it == factory.end() ? nullptr : it->second(parent);
@@ -73,7 +76,8 @@ QStringList Built_Forms()
             QStringLiteral("frmReport_AvgDay"), QStringLiteral("frmReport_DayAVG"),
             QStringLiteral("frmDB_Main"), QStringLiteral("frmDB_Main1"), QStringLiteral("frmPack_export"),
             QStringLiteral("frmPack_export1"), QStringLiteral("frmPack_export2"), QStringLiteral("frmPack_delete"),
-            QStringLiteral("frm_DBk"), QStringLiteral("frm_dbmove"), QStringLiteral("Frm_st")};
+            QStringLiteral("frm_DBk"), QStringLiteral("frm_dbmove"), QStringLiteral("Frm_st"),
+            QStringLiteral("frmRegister_Average"), QStringLiteral("frmReport_DriveDay1")};
 }
 
 } // namespace vex::forms

@@ -3,7 +3,7 @@
 #include "analysis/Graph_Surface.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
-#include "forms/Page_Print.h"
+#include "forms/Report_Print.h"
 #include "forms/frmReport_Operation.h"
 #include "forms/frmReport_SecOperation.h"
 #include "store/Cls_DB.h"

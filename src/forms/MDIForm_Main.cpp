@@ -5,6 +5,7 @@
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"
 #include "forms/Vex_Form.h"
+#include "forms/Remote_Press.h"
 #include "forms/frmDB_Main.h"
 #include "forms/frmReport_Main.h"
 #include "forms/logic/Reception_Logic.h"
@@ -221,7 +222,7 @@ void MDIForm_Main::Run(const Nav_Action& a)
         break;
     }
     if (a.remote) {
-        Not_Built(QStringLiteral("원격수신"));
+        Remote_Press(this);
         return;
     }
     if (a.option >= 0 && a.form.startsWith(QLatin1String("frmReport_")))

@@ -1,15 +1,12 @@
 #include "forms/Marks_Form.h"
 
-#include "analysis/Graph_Surface.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
-#include "forms/Page_Print.h"
+#include "forms/Report_Print.h"
 #include "forms/logic/View_Logic.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPagedPaintDevice>
-#include <QPainter>
 #include <QVBoxLayout>
 
 namespace vex::forms {
@@ -40,9 +37,15 @@ Marks_Form::Marks_Form(const char* name, int titleId, int averageId, int countId
     Command1 = new QPushButton(LoadResString(1142), this);
     Command2 = new QPushButton(LoadResString(503), this);
     Command3 = new QPushButton(LoadResString(504), this);
+    Command4 = new QPushButton(LoadResString(628), this);
+    Command2->setObjectName(QStringLiteral("Command2"));
+    Command4->setObjectName(QStringLiteral("Command4"));
     connect(Command1, &QPushButton::clicked, this, &Marks_Form::Command1_Click);
     connect(Command2, &QPushButton::clicked, this,
-            [this] { Print_With_Dialog(this, false, [this](QPagedPaintDevice& d) { Print_Page(d); }); });
+            [this] { Print_Report(this, Selection(), [this](Cls_Report&, Report_Printer& p) { return Print_To(p); }); });
+    connect(Command4, &QPushButton::clicked, this, [this] {
+        Preview_Report(this, Selection(), [this](Cls_Report&, Report_Printer& p) { return Print_To(p); });
+    });
     connect(Command3, &QPushButton::clicked, this, &QWidget::close);
 
     fields_ = new QGridLayout;
@@ -57,6 +60,7 @@ Marks_Form::Marks_Form(const char* name, int titleId, int averageId, int countId
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(Command1);
+    buttons->addWidget(Command4);
     buttons->addWidget(Command2);
     buttons->addWidget(Command3);
     auto* box = new QVBoxLayout(this);
@@ -82,16 +86,13 @@ void Marks_Form::Command1_Click()
     Picture2->Invalidate();
 }
 
-void Marks_Form::Print_Page(QPagedPaintDevice& device)
+bool Marks_Form::Print_To(Report_Printer& printer)
 {
-    QPainter p(&device);
-    Graph_Surface s(p, QRectF(0, 0, device.width(), device.height()), false);
-    Page_Title(s, LoadResString(titleId_));
-    s.Set_FontSize(10);
-    s.CurrentX = s.ScaleWidth() * 0.08f;
-    s.Print(Date_Dash(Start()) + QStringLiteral(" ~ ") + Date_Dash(End()) + QStringLiteral("   ") + TDBText1->text() +
-            QStringLiteral(" / ") + TDBText2->text());
-    Chart(s, Start(), End());
+    // The period of this form; the selection's day stays for the views.
+    Cls_Report report = Selection();
+    report.Start_Date = Start();
+    report.End_Date = End();
+    return Report(report, printer);
 }
 
 } // namespace vex::forms

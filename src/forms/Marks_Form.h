@@ -10,7 +10,11 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-class QPagedPaintDevice;
+
+namespace vex {
+class Cls_Report;
+class Report_Printer;
+}
 
 namespace vex::forms {
 
@@ -25,17 +29,22 @@ public:
     QPushButton* Command1; // search
     QPushButton* Command2; // 503 print
     QPushButton* Command3; // 504 close
+    QPushButton* Command4; // 628 preview
 
     // Searches the period and draws its chart.
     void Command1_Click();
     const std::vector<Mark_Column>& Columns() const { return columns_; }
-    void Print_Page(QPagedPaintDevice& device);
+    // The chart's report of the period on a printer; true when its pages
+    // got out.
+    bool Print_To(Report_Printer& printer);
 
 protected:
     Marks_Form(const char* name, int titleId, int averageId, int countId, QWidget* parent);
     // The search of the period; the figures into the fields.
     virtual void Search(const QString& start, const QString& end) = 0;
     virtual void Chart(Graph_Surface& s, const QString& start, const QString& end) = 0;
+    // The report routine of the chart, for the period in report.
+    virtual bool Report(Cls_Report& report, Report_Printer& printer) = 0;
     QGridLayout* Fields() { return fields_; }
     QString Start() const;
     QString End() const;

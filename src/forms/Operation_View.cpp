@@ -4,15 +4,13 @@
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
-#include "forms/Page_Print.h"
+#include "forms/Report_Print.h"
 #include "forms/logic/View_Logic.h"
 #include "store/Cls_DB.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QPagedPaintDevice>
-#include <QPainter>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -78,11 +76,14 @@ Operation_View::Operation_View(const char* name, bool hour, const std::vector<in
     Command1->setObjectName(QStringLiteral("Command1"));
     Command3 = new QPushButton(LoadResString(504), this);
     Command3->setObjectName(QStringLiteral("Command3"));
-    for (QPushButton* b : {Command2, Command1, Command3}) {
+    Command5 = new QPushButton(LoadResString(628), this);
+    Command5->setObjectName(QStringLiteral("Command5"));
+    for (QPushButton* b : {Command2, Command5, Command1, Command3}) {
         b->setFocusPolicy(Qt::NoFocus);
         top->addWidget(b);
     }
     connect(Command1, &QPushButton::clicked, this, &Operation_View::Print);
+    connect(Command5, &QPushButton::clicked, this, &Operation_View::Preview);
     connect(Command3, &QPushButton::clicked, this, &QWidget::close);
 
     auto* grid = new QGridLayout;
@@ -223,39 +224,23 @@ void Operation_View::keyPressEvent(QKeyEvent* e)
     Form_KeyDown(code);
 }
 
-void Operation_View::Print_Page(QPagedPaintDevice& device)
+bool Operation_View::Print_To(Report_Printer& printer)
 {
-    Guarded(kErrCommand1, [&] {
-        QPainter p(&device);
-        {
-            Graph_Surface s(p, QRectF(0, 0, device.width(), device.height()), false);
-            Page_Title(s, Print_Title());
-            s.Set_FontSize(9);
-            const float top = s.CurrentY;
-            const float line = s.TextHeight(QStringLiteral("AAA"));
-            for (size_t i = 0; i < TDBText1.size(); ++i) {
-                if (TDBText1[i]->isHidden())
-                    continue;
-                s.CurrentX = s.ScaleWidth() * (0.0635f + 0.23f * float(i % 4));
-                s.CurrentY = top + line * float(i / 4);
-                s.Print(Label3[i]->text() + QStringLiteral(" : ") + TDBText1[i]->text());
-            }
-            og_.Out_Direction = 2;
-            if (hour_)
-                og_.Draw_Hour(s);
-            else
-                og_.Draw_Day(s);
-            og_.Out_Direction = 0;
-        }
-        p.end();
-        // Paper proportions stay behind; the window takes its own again.
-        Geometry();
-    });
+    bool ok = false;
+    Guarded(kErrCommand1, [&] { ok = Report(printer); });
+    // Paper proportions stay behind; the window takes its own again.
+    Geometry();
+    return ok;
 }
 
 void Operation_View::Print()
 {
-    Print_With_Dialog(this, true, [this](QPagedPaintDevice& device) { Print_Page(device); });
+    Print_Report(this, Selection(), [this](Cls_Report&, Report_Printer& p) { return Print_To(p); });
+}
+
+void Operation_View::Preview()
+{
+    Preview_Report(this, Selection(), [this](Cls_Report&, Report_Printer& p) { return Print_To(p); });
 }
 
 } // namespace vex::forms

@@ -14,7 +14,10 @@
 #include <QRadioButton>
 #include <vector>
 
-class QPagedPaintDevice;
+
+namespace vex {
+class Report_Printer;
+}
 
 namespace vex::forms {
 
@@ -29,6 +32,7 @@ public:
     QPushButton* Command1;            // print
     QPushButton* Command2;            // the other view
     QPushButton* Command3;            // close
+    QPushButton* Command5;            // preview
 
     Operation_Graph& Graph_State() { return og_; }
     // Cursor X (twips of the picture) and the point under it.
@@ -45,9 +49,11 @@ public:
     // The cursor on a point of the window (minute of the day, second of
     // the hour), the window moved to hold it.
     void Cursor_To(int point);
-    // The page as printed: a header with the title and the fields, the
-    // graph on a page of its own; the window's geometry afterwards.
-    void Print_Page(QPagedPaintDevice& device);
+    // The view's report on a printer (the window's geometry again
+    // afterwards); true when its pages got out.
+    bool Print_To(Report_Printer& printer);
+    void Print();
+    void Preview();
 
 protected:
     Operation_View(const char* name, bool hour, const std::vector<int>& zooms, int fields, QWidget* parent);
@@ -59,7 +65,8 @@ protected:
     virtual void Fill_Fields() = 0;
     // Page up (33) or down (34).
     virtual void Page(int keyCode) = 0;
-    virtual QString Print_Title() const = 0;
+    // The report routine of the view.
+    virtual bool Report(Report_Printer& printer) = 0;
 
     // Geometry of the picture for this canvas.
     void Geometry();
@@ -78,7 +85,6 @@ protected:
 
 private:
     void Form_Resize();
-    void Print();
 };
 
 // A key event as the key code of the system: 33 page up, 34 page down,

@@ -7,6 +7,7 @@
 #include "forms/Msg_Box.h"
 #include "forms/Vex_Form.h"
 #include "forms/frmReport_AvgDay.h"
+#include "forms/frmReport_DriveDay1.h"
 #include "forms/frmReport_Operation.h"
 #include "forms/frmReport_QuickBrake.h"
 #include "forms/frmReport_SecOperation.h"
@@ -62,7 +63,7 @@ const QStringList& Day_Views()
     static const QStringList views = {
         QStringLiteral("frmReport_Operation"), QStringLiteral("frmReport_SecOperation"),
         QStringLiteral("frmReport_QuickBrake"), QStringLiteral("Frm_daydrive"), QStringLiteral("Frm_oversp"),
-        QStringLiteral("frmReport_AvgDay"), QStringLiteral("frmReport_DayAVG")};
+        QStringLiteral("frmReport_AvgDay"), QStringLiteral("frmReport_DayAVG"), QStringLiteral("frmReport_DriveDay1")};
     return views;
 }
 
@@ -99,11 +100,15 @@ int Shoot_Day_Views(MDIForm_Main* main, const std::function<QString(const QStrin
     byDay->Command1_Click();
     shoot(byDay, QStringLiteral("frmReport_DayAVG"));
     shoot(Open<Frm_daydrive>(main), QStringLiteral("Frm_daydrive"));
+    auto* daily = Open<frmReport_DriveDay1>(main);
+    daily->Show_Day();
+    shoot(daily, QStringLiteral("frmReport_DriveDay1"));
     auto* events = Open<Frm_oversp>(main);
     events->Show_Trip(sel.Car_Code, sel.Driver_Code, sel.Start_Date);
     shoot(events, QStringLiteral("Frm_oversp"));
     for (Vex_Form* f : {static_cast<Vex_Form*>(day), static_cast<Vex_Form*>(hour), static_cast<Vex_Form*>(brake),
-                        static_cast<Vex_Form*>(avg), static_cast<Vex_Form*>(byDay), static_cast<Vex_Form*>(events)})
+                        static_cast<Vex_Form*>(avg), static_cast<Vex_Form*>(byDay), static_cast<Vex_Form*>(daily),
+                        static_cast<Vex_Form*>(events)})
         f->close();
     if (Vex_Form* grid = Find_Form(QStringLiteral("Frm_daydrive")))
         grid->close();

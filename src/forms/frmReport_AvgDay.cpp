@@ -37,6 +37,13 @@ void frmReport_AvgDay::Chart(Graph_Surface& s, const QString& start, const QStri
     Picture_Avg_Day_Base(s, start, end, columns_);
 }
 
+bool frmReport_AvgDay::Report(Cls_Report& report, Report_Printer& printer)
+{
+    bool ok = false;
+    Guarded(kErrAvgDay_Command1, [&] { ok = report.Report_Avg_Day_G(printer, *G().DB); });
+    return ok;
+}
+
 frmReport_DayAVG::frmReport_DayAVG(QWidget* parent) : Marks_Form(kName, 626, 806, 807, parent)
 {
     TDBCombo1 = new QComboBox(this);
@@ -74,6 +81,18 @@ void frmReport_DayAVG::Search(const QString& start, const QString& end)
 void frmReport_DayAVG::Chart(Graph_Surface& s, const QString& start, const QString& end)
 {
     Picture_Day_AVG_Base(s, start, end, columns_);
+}
+
+bool frmReport_DayAVG::Report(Cls_Report& report, Report_Printer& printer)
+{
+    bool ok = false;
+    Guarded(kErrDayAVG_Command1, [&] {
+        report.Car_Code = TDBText3->text().trimmed();
+        report.Driver_Code = TDBCombo1->currentText().trimmed();
+        report.Driver_Name.clear();
+        ok = report.Report_Day_AVG_G(printer, *G().DB);
+    });
+    return ok;
 }
 
 } // namespace vex::forms

@@ -16,6 +16,7 @@ public:
 protected:
     void Search(const QString& start, const QString& end) override;
     void Chart(Graph_Surface& s, const QString& start, const QString& end) override;
+    bool Report(Cls_Report& report, Report_Printer& printer) override;
 };
 
 class frmReport_DayAVG : public Marks_Form {
@@ -30,6 +31,7 @@ public:
 protected:
     void Search(const QString& start, const QString& end) override;
     void Chart(Graph_Surface& s, const QString& start, const QString& end) override;
+    bool Report(Cls_Report& report, Report_Printer& printer) override;
 };
 
 } // namespace vex::forms

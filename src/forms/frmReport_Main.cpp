@@ -7,6 +7,7 @@
 #include "core/VbText.h"
 #include "forms/Msg_Box.h"
 #include "forms/frmReport_AvgDay.h"
+#include "forms/frmReport_DriveDay1.h"
 #include "forms/frmReport_Operation.h"
 #include "forms/frmReport_QuickBrake.h"
 #include "forms/frmReport_SecOperation.h"
@@ -218,6 +219,11 @@ void frmReport_Main::Command1_Click()
             auto* view = Open<frmReport_Operation>(parentWidget());
             if (!view->Load_Selection())
                 view->close();
+        } else if (option_ == 7) {
+            // The daily report of the day chosen, with its print and preview.
+            auto* day = Open<frmReport_DriveDay1>(parentWidget());
+            if (!day->Show_Day())
+                day->close();
         } else {
             Not_Built(Option_Caption(option_));
         }

@@ -1,9 +1,9 @@
 #pragma once
 // "분석": the choice of an analysis, a car, a driver and a period. The
-// seconds view (0) and the minute view (1) open from here, and the quick-
-// brake chart and the two mark charts from their buttons; the event
-// reports, the daily report and the speed export (2 to 8) come with the
-// reports and say so.
+// seconds view (0), the minute view (1) and the daily report (7) open from
+// here, and the quick-brake chart and the two mark charts from their
+// buttons; the event reports and the speed export (2 to 6, 8) come with the
+// spreadsheet reports and say so.
 #include "forms/Vex_Form.h"
 
 #include <QComboBox>

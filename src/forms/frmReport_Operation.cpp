@@ -20,8 +20,6 @@ namespace {
 constexpr int16_t kErrLoad = 1073;
 constexpr int16_t kErrCal_Speed = 1077;
 
-// Captions of the sixteen fields by message, 0 for "IDLE".
-const int kCaptions[16] = {632, 633, 1119, 818, 821, 822, 823, 824, 825, 826, 827, 0, 829, 830, 820, 819};
 
 } // namespace
 
@@ -29,8 +27,9 @@ frmReport_Operation::frmReport_Operation(QWidget* parent)
     : Operation_View(kName, false, {1, 2, 6, 12, 24}, 16, parent)
 {
     setWindowTitle(LoadResString(629));
+    const QStringList captions = Minute_Field_Captions();
     for (int i = 0; i < 16; ++i)
-        Label3[size_t(i)]->setText(kCaptions[i] ? LoadResString(kCaptions[i]) : QStringLiteral("IDLE"));
+        Label3[size_t(i)]->setText(captions[i]);
     Command2->setText(QStringLiteral("초당 속도보기"));
     Command4 = new QPushButton(QStringLiteral("이벤트 목록"), this);
     Command4->setObjectName(QStringLiteral("Command4"));
@@ -65,9 +64,7 @@ bool frmReport_Operation::Load_Selection()
         }
         // Opening: the start of the trip in the time field, speed and
         // distance "0" until the cursor moves.
-        TDBText1[2]->setText(Time_Text(G().DB->StartTime));
-        TDBText1[3]->setText(QStringLiteral("0"));
-        TDBText1[14]->setText(QStringLiteral("0"));
+        Set_Fields(Opening_Fields(*G().DB, og_));
     });
     return found;
 }
@@ -108,9 +105,15 @@ void frmReport_Operation::Page(int keyCode)
         list->Show_Trip(sel.Car_Code, sel.Driver_Code, sel.Start_Date);
 }
 
-QString frmReport_Operation::Print_Title() const
+bool frmReport_Operation::Report(Report_Printer& printer)
 {
-    return LoadResString(629);
+    // The sixteen fields as they stand, under their captions.
+    QStringList captions, texts;
+    for (size_t i = 0; i < TDBText1.size(); ++i) {
+        captions << Label3[i]->text();
+        texts << TDBText1[i]->text();
+    }
+    return Selection().Report_Operation(printer, og_, captions, texts);
 }
 
 void frmReport_Operation::Command2_Click()

@@ -6,15 +6,13 @@
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"
 #include "forms/Operation_View.h"
-#include "forms/Page_Print.h"
+#include "forms/Report_Print.h"
 #include "forms/logic/View_Logic.h"
 #include "store/Cls_DB.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QPagedPaintDevice>
-#include <QPainter>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -53,13 +51,19 @@ frmReport_QuickBrake::frmReport_QuickBrake(QWidget* parent) : Vex_Form(QString::
     Option1[0]->setChecked(true);
     top->addStretch();
     Command1 = new QPushButton(LoadResString(503), this);
+    Command1->setObjectName(QStringLiteral("Command1"));
     Command2 = new QPushButton(LoadResString(504), this);
-    for (QPushButton* b : {Command1, Command2}) {
+    Command3 = new QPushButton(LoadResString(628), this);
+    Command3->setObjectName(QStringLiteral("Command3"));
+    for (QPushButton* b : {Command3, Command1, Command2}) {
         b->setFocusPolicy(Qt::NoFocus);
         top->addWidget(b);
     }
     connect(Command1, &QPushButton::clicked, this,
-            [this] { Print_With_Dialog(this, false, [this](QPagedPaintDevice& d) { Print_Page(d); }); });
+            [this] { Print_Report(this, Selection(), [this](Cls_Report&, Report_Printer& p) { return Print_To(p); }); });
+    connect(Command3, &QPushButton::clicked, this, [this] {
+        Preview_Report(this, Selection(), [this](Cls_Report&, Report_Printer& p) { return Print_To(p); });
+    });
     connect(Command2, &QPushButton::clicked, this, &QWidget::close);
     auto* fields = new QGridLayout;
     const QString captions[3] = {QStringLiteral("No."), LoadResString(814), LoadResString(818)};
@@ -146,20 +150,14 @@ void frmReport_QuickBrake::keyPressEvent(QKeyEvent* e)
         Form_KeyDown(code);
 }
 
-void frmReport_QuickBrake::Print_Page(QPagedPaintDevice& device)
+bool frmReport_QuickBrake::Print_To(Report_Printer& printer)
 {
-    Guarded(kErrCommand1, [&] {
-        QPainter p(&device);
-        Graph_Surface s(p, QRectF(0, 0, device.width(), device.height()), false);
-        Page_Title(s, LoadResString(630));
-        s.Set_FontSize(10);
-        s.CurrentX = s.ScaleWidth() * 0.05f;
-        s.Print(LoadResString(632) + QStringLiteral(" : ") + Selection().Car_Code);
-        chart_.Out_Direction = 1;
-        chart_.Quick_Brack_Graph(s, slot_);
-        chart_.Out_Direction = 0;
-    });
+    bool ok = false;
+    Guarded(kErrCommand1, [&] { ok = Selection().Report_Quick_Brake(printer, *G().DB, chart_, slot_); });
+    // The chart's geometry of the window again.
     Picture2->Invalidate();
+    Picture2->Image();
+    return ok;
 }
 
 } // namespace vex::forms

@@ -10,7 +10,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 
-class QPagedPaintDevice;
+
+namespace vex {
+class Report_Printer;
+}
 
 namespace vex::forms {
 
@@ -25,6 +28,7 @@ public:
     QLineEdit* TDBText1[3];   // sample, time, speed
     QPushButton* Command1;    // print
     QPushButton* Command2;    // close
+    QPushButton* Command3;    // preview
 
     // The buffers of the selection's car; false (message 1135) when none.
     bool Load_Selection();
@@ -33,7 +37,8 @@ public:
     void Picture2_MouseUp(float x);
     int Sample() const { return sample_; }
     const Quick_Brake_Chart& Chart() const { return chart_; }
-    void Print_Page(QPagedPaintDevice& device);
+    // The chart's report on a printer; true when its pages got out.
+    bool Print_To(Report_Printer& printer);
 
 protected:
     void keyPressEvent(QKeyEvent* e) override;

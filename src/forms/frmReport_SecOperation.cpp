@@ -29,9 +29,9 @@ frmReport_SecOperation::frmReport_SecOperation(QWidget* parent)
     : Operation_View(kName, true, {1, 2, 15, 30, 60}, 5, parent)
 {
     setWindowTitle(LoadResString(1298));
-    const int captions[5] = {632, 633, 1119, 818, 819};
+    const QStringList captions = Second_Field_Captions();
     for (int i = 0; i < 5; ++i)
-        Label3[size_t(i)]->setText(LoadResString(captions[i]));
+        Label3[size_t(i)]->setText(captions[i]);
     Command2->setText(QStringLiteral("분당 운행그래프"));
     SSCommand1 = new QPushButton(QStringLiteral("◀"), this);
     SSCommand1->setObjectName(QStringLiteral("SSCommand1"));
@@ -97,12 +97,7 @@ void frmReport_SecOperation::Fill_Fields()
         Label3[4]->setVisible(rpm);
         if (G().DB->Sec_Sec_Data.isEmpty() || cursorX_ <= 0)
             return;
-        const int s = point_;
-        const int hour = int(G().DB->Sec_StartTime.left(2).toInt());
-        Set_Fields({car_, driver_,
-                    Two(hour + s / 3600) + QStringLiteral(" : ") + Two(s / 60 % 60) + QStringLiteral(" : ") + Two(s % 60),
-                    QString::number(og_.Speed_Search360(s)),
-                    rpm ? QString::number(og_.RPM_Search360(s) * 40) : QString()});
+        Set_Fields(Second_Fields(*G().DB, og_, car_, driver_, point_));
     });
 }
 
@@ -121,9 +116,19 @@ void frmReport_SecOperation::Page(int keyCode)
     Move_Hour(keyCode == 33 ? 1 : -1);
 }
 
-QString frmReport_SecOperation::Print_Title() const
+bool frmReport_SecOperation::Report(Report_Printer& printer)
 {
-    return LoadResString(1298);
+    // The hour of this view, whatever the selection holds by now.
+    Cls_Report report = Selection();
+    report.Car_Code = car_;
+    report.Driver_Code = driver_;
+    report.Start_Date = day_;
+    QStringList captions, texts;
+    for (size_t i = 0; i < TDBText1.size(); ++i) {
+        captions << Label3[i]->text();
+        texts << (TDBText1[i]->isHidden() ? QString() : TDBText1[i]->text());
+    }
+    return report.Report_Operation_360(printer, og_, captions, texts);
 }
 
 } // namespace vex::forms

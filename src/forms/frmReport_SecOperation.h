@@ -27,7 +27,7 @@ protected:
     bool Fetch() override;
     void Fill_Fields() override;
     void Page(int keyCode) override;
-    QString Print_Title() const override;
+    bool Report(Report_Printer& printer) override;
 
 private:
     QString car_, driver_, day_;

@@ -7,6 +7,7 @@
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
+#include "store/Minute_Series.h"
 
 namespace vex {
 
@@ -29,14 +30,6 @@ double Number(const QString& text)
     if (!ok)
         throw RunTimeError(QStringLiteral("Type mismatch: \"%1\" is no number").arg(text));
     return v;
-}
-
-// HHmm of a minute of the day.
-QString Minute_Time(int minute)
-{
-    return QStringLiteral("%1%2")
-        .arg(minute / 60 % 24, 2, 10, QLatin1Char('0'))
-        .arg(minute % 60, 2, 10, QLatin1Char('0'));
 }
 
 // One row of a series or event table: D_F1 the key, D_F2 the text.
@@ -122,33 +115,14 @@ int16_t Cls_DB::DB_Save_D_D1(QString& car, QString& driver, QString& secData, QS
         }
         car1.Close();
 
-        // 5. Overspeed minutes, their bands and their list. Band 2 stops
-        // short of limit+20, which falls into band 3 with everything above.
-        int16_t overCount = 0;
-        int band1 = 0, band2 = 0, band3 = 0;
-        QString overData;
-        for (int m = 0; m < kDayMinutes; ++m) {
-            const int v = Hex_Cell(secData, 2 * m);
-            if (v <= limit)
-                continue;
-            ++overCount;
-            if (v >= limit + 1 && v <= limit + 10)
-                ++band1;
-            else if (v >= limit + 11 && v < limit + 20)
-                ++band2;
-            else
-                ++band3;
-            overData += Minute_Time(m) + secData.mid(2 * m, 2);
-        }
+        // 5. Overspeed minutes, their bands and their list.
+        const Overspeed_Minutes over = Count_Overspeed_Minutes(secData, limit);
 
         // 6. Distance: the sum of the minute distance cells already stored.
         float distance = 0;
         Recordset d7 = DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), {car + driver + day});
-        if (d7.RecordCount() > 0) {
-            const QString cells = d7.Text(QStringLiteral("D_F2"));
-            for (int i = 0; i < kSeriesChars && i < cells.size(); i += 2)
-                distance += float(Val(cells.mid(i, 2)));
-        }
+        if (d7.RecordCount() > 0)
+            distance = float(Sum_Distance_Cells(d7.Text(QStringLiteral("D_F2"))));
         d7.Close();
 
         // 7. The summary row, every column of it.
@@ -163,14 +137,14 @@ int16_t Cls_DB::DB_Save_D_D1(QString& car, QString& driver, QString& secData, QS
         rs.Set(QStringLiteral("D_F8"), double(distance));
         rs.Set(QStringLiteral("D_F9"), acceleration);
         rs.Set(QStringLiteral("D_F10"), brack);
-        rs.Set(QStringLiteral("D_F11"), overCount);
+        rs.Set(QStringLiteral("D_F11"), over.count);
         rs.Set(QStringLiteral("D_F12"), idle);
         rs.Set(QStringLiteral("D_F13"), lkEngin);
         rs.Set(QStringLiteral("D_F14"),
-               Mark(*this, overCount, float(acceleration), float(brack), idle, lkEngin, distance));
-        rs.Set(QStringLiteral("D_F15"), band1);
-        rs.Set(QStringLiteral("D_F16"), band2);
-        rs.Set(QStringLiteral("D_F17"), band3);
+               Mark(*this, over.count, float(acceleration), float(brack), idle, lkEngin, distance));
+        rs.Set(QStringLiteral("D_F15"), over.band1);
+        rs.Set(QStringLiteral("D_F16"), over.band2);
+        rs.Set(QStringLiteral("D_F17"), over.band3);
         rs.Update();
         rs.Close();
 
@@ -184,7 +158,7 @@ int16_t Cls_DB::DB_Save_D_D1(QString& car, QString& driver, QString& secData, QS
         Save_Text_Row(*this, QStringLiteral("D_D8"), key, rpmData);
 
         // 10. Event rows, only where this save has events.
-        Save_Event_Rows(*this, key, idle, idleData, brackData, accelData, lkEngin, lkEnginData, overData);
+        Save_Event_Rows(*this, key, idle, idleData, brackData, accelData, lkEngin, lkEnginData, over.list);
         flag = -1;
     });
     return flag;
@@ -245,13 +219,8 @@ int16_t Cls_DB::DB_Save_D_D5_pack()
     Guarded(kErrSave_D_D5_pack, [&] {
         // A pack distance byte carries a flag in its first digit (8 added);
         // the stored series holds plain tenths of a kilometre.
-        if (Sec_Distance_Data.size() == kSeriesChars) {
-            for (int i = 0; i < kSeriesChars; i += 2) {
-                const QChar c = Sec_Distance_Data[i];
-                if (c >= QLatin1Char('8') && c <= QLatin1Char('9'))
-                    Sec_Distance_Data[i] = QChar(c.unicode() - 8);
-            }
-        }
+        if (Sec_Distance_Data.size() == kSeriesChars)
+            Clear_Pack_Distance_Flags(Sec_Distance_Data);
         Save_Text_Row(*this, QStringLiteral("D_D7"), CarCode + DriveCode + StartDay, Sec_Distance_Data);
         flag = -1;
     });

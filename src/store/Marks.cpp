@@ -5,6 +5,7 @@
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
 #include "store/EventDetector.h"
+#include "store/Marks.h"
 
 #include <cmath>
 
@@ -37,29 +38,32 @@ int16_t Count_Above(const QString& series, const Cls_Config& cfg)
 
 } // namespace
 
+QString Mark_Of(const Cls_Config& cfg, int16_t overspeed, float acceleration, float brake, int16_t idle,
+                int16_t longOver, float distance)
+{
+    // The deductions: the counts of integers multiply as 16-bit integers,
+    // those carried as decimals as decimals.
+    const double sum = double(Product16(cfg.B_Val4, overspeed)) + double(cfg.B_Val6) * acceleration +
+                       double(cfg.B_Val5) * brake + double(Product16(cfg.B_Val7, longOver)) +
+                       double(Product16(cfg.B_Val8, idle));
+    if (cfg.B_Val2 == 0)
+        return QStringLiteral("0");
+    // Deductions count per base distance; a day without distance takes
+    // them at face value.
+    const float km = distance / 10.0f;
+    const double factor = km == 0.0f ? 1.0 : double(cfg.B_Val2) / double(km);
+    const double mark = Val(cfg.B_Val1) - factor * sum;
+    // Whole points, halves away from zero as the number format rounds.
+    const double whole = std::round(mark);
+    return whole < 0 ? QStringLiteral("0") : QString::number(qint64(whole));
+}
+
 QString Cls_DB::CAL_AVG(int16_t overspeed, float acceleration, float brake, int16_t idle, int16_t longOver,
                         float distance)
 {
     QString result;
     Guarded(kErrCAL_AVG, [&] {
-        const Cls_Config& cfg = *G().Config;
-        // The deductions: the counts of integers multiply as 16-bit
-        // integers, those carried as decimals as decimals.
-        const double sum = double(Product16(cfg.B_Val4, overspeed)) + double(cfg.B_Val6) * acceleration +
-                           double(cfg.B_Val5) * brake + double(Product16(cfg.B_Val7, longOver)) +
-                           double(Product16(cfg.B_Val8, idle));
-        if (cfg.B_Val2 == 0) {
-            result = QStringLiteral("0");
-            return;
-        }
-        // Deductions count per base distance; a day without distance takes
-        // them at face value.
-        const float km = distance / 10.0f;
-        const double factor = km == 0.0f ? 1.0 : double(cfg.B_Val2) / double(km);
-        const double mark = Val(cfg.B_Val1) - factor * sum;
-        // Whole points, halves away from zero as the number format rounds.
-        const double whole = std::round(mark);
-        result = whole < 0 ? QStringLiteral("0") : QString::number(qint64(whole));
+        result = Mark_Of(*G().Config, overspeed, acceleration, brake, idle, longOver, distance);
     });
     return result;
 }

@@ -17,14 +17,6 @@ using namespace vex;
 
 namespace {
 
-QProcessEnvironment Korean()
-{
-    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-    env.insert("VEX_LANG", "ko");
-    env.insert("QT_QPA_PLATFORM", "offscreen");
-    return env;
-}
-
 QString Pdf_Text(const QString& pdf)
 {
     QProcess p;
@@ -45,7 +37,7 @@ protected:
     {
         args.prepend(site);
         args.prepend("--app-dir");
-        return test::Vexcli(args, Korean());
+        return test::Vexcli(args, test::Korean_Offscreen());
     }
     QString Out(const QString& name) const { return out.path() + "/" + name; }
     QString site;

@@ -8,11 +8,13 @@
 #include "forms/frm_Splash.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
+#include "support/CliRun.h"
 #include "support/TempApp.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPointer>
+#include <QTemporaryDir>
 #include <QTest>
 #include <gtest/gtest.h>
 #include <vector>
@@ -81,6 +83,21 @@ protected:
         QTest::mouseClick(splash->cmdOK, Qt::LeftButton);
         QApplication::processEvents();
         return forms::MDIForm_Main::Instance();
+    }
+    // Two days of a generated USB medium (car 12AB00, driver 000123, 260105
+    // and 260106) received into the application folder by vexcli.
+    void Receive_Usb_Days()
+    {
+        static QTemporaryDir medium;
+        static bool made = false;
+        if (!made) {
+            const CliRun r = Vexcli({"sample", "usb", "--model", "250", "--out", medium.path(), "--car", "12AB00",
+                                     "--driver", "000123", "--from", "260105", "--days", "2"});
+            ASSERT_EQ(r.code, 0) << r.err.toStdString();
+            made = true;
+        }
+        const CliRun r = Vexcli({"--app-dir", app.Dir(), "receive", "usb", "--model", "250", "--medium", medium.path()});
+        ASSERT_EQ(r.code, 0) << r.err.toStdString();
     }
     // Rows of a statement on the open connection.
     int Rows(const QString& sql, const QVariantList& values = {})

@@ -14,6 +14,7 @@
 #include "forms/frmReport_SecOperation.h"
 #include "forms/logic/View_Logic.h"
 #include "analysis/Graph_Geometry.h"
+#include "reports/Report_Printer.h"
 #include "support/CliRun.h"
 
 #include <QMouseEvent>
@@ -28,24 +29,9 @@ using namespace vex::forms;
 
 class ViewsTest : public test::GuiTest {
 protected:
-    // Two days of a generated medium received into the application folder.
-    void Receive()
-    {
-        static QTemporaryDir medium;
-        static bool made = false;
-        if (!made) {
-            const test::CliRun r = test::Vexcli({"sample", "usb", "--model", "250", "--out", medium.path(), "--car",
-                                                 "12AB00", "--driver", "000123", "--from", "260105", "--days", "2"});
-            ASSERT_EQ(r.code, 0) << r.err.toStdString();
-            made = true;
-        }
-        const test::CliRun r =
-            test::Vexcli({"--app-dir", app.Dir(), "receive", "usb", "--model", "250", "--medium", medium.path()});
-        ASSERT_EQ(r.code, 0) << r.err.toStdString();
-    }
     MDIForm_Main* Start_With_Days()
     {
-        Receive();
+        Receive_Usb_Days();
         return Login();
     }
     static void Key(QWidget* w, Qt::Key key, Qt::KeyboardModifiers mods = Qt::NoModifier)
@@ -257,11 +243,8 @@ TEST_F(ViewsTest, APrintedPageCarriesTheTitleFieldsAndGraph)
     ASSERT_NE(v, nullptr);
     const float left = Graph().Graph_Left;
     QTemporaryDir dir;
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(dir.filePath("page.pdf"));
-    printer.setPageOrientation(QPageLayout::Landscape);
-    v->Print_Page(printer);
+    Pdf_Printer printer(dir.filePath("page.pdf"));
+    ASSERT_TRUE(v->Print_To(printer));
     // The window's own geometry again.
     EXPECT_EQ(Graph().Graph_Left, left);
     QProcess p;
@@ -269,7 +252,7 @@ TEST_F(ViewsTest, APrintedPageCarriesTheTitleFieldsAndGraph)
     p.waitForFinished(30000);
     const QString text = QString::fromUtf8(p.readAllStandardOutput());
     EXPECT_TRUE(text.contains("차량 운행 상황 분석")) << text.toStdString();
-    EXPECT_TRUE(text.contains("자동차 코드 : 12AB00"));
+    EXPECT_TRUE(text.contains("운전자 코드 : 000123"));
     EXPECT_TRUE(text.contains("총 주행거리"));
     EXPECT_TRUE(text.contains("12시"));
 }

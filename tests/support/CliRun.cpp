@@ -4,6 +4,14 @@
 
 namespace vex::test {
 
+QProcessEnvironment Korean_Offscreen()
+{
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("VEX_LANG"), QStringLiteral("ko"));
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    return env;
+}
+
 CliRun Vexcli(const QStringList& args, const QProcessEnvironment& env)
 {
     QProcess p;

@@ -12,6 +12,9 @@ struct CliRun {
     QString err;
 };
 
+// The environment of a drawing vexcli in Korean, without a display.
+QProcessEnvironment Korean_Offscreen();
+
 CliRun Vexcli(const QStringList& args,
               const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment());
 

@@ -5,6 +5,7 @@
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
+#include "reports/Report_Text.h"
 #include "store/Cls_DB.h"
 
 #include <QDate>
@@ -105,55 +106,10 @@ QString Step_Day(const QString& day, int days)
     return Two(n.year() % 100) + Two(n.month()) + Two(n.day());
 }
 
-QString Minute_Text(int minute)
-{
-    return Two(minute / 60) + QStringLiteral(" : ") + Two(minute % 60);
-}
-
-QString Time_Text(const QString& hhmm)
-{
-    const QString t = hhmm.rightJustified(4, QLatin1Char('0'));
-    return t.left(2) + QStringLiteral(" : ") + t.mid(2, 2);
-}
-
-QStringList Minute_Fields(const Cls_DB& db, const Operation_Graph& og, int m, const QString& oldDistance)
-{
-    QStringList f;
-    f << db.CarCode << db.DriveCode << Minute_Text(m) << QString::number(og.Speed_Search(m)) << Time_Text(db.StartTime)
-      << Time_Text(db.EndTime) << db.Distance << QString::number(db.OverSpeed_Count) << db.Acceleration << db.LKEngin
-      << db.Brack << db.Idle << QStringLiteral("0") << QString::number(db.Average_Value);
-
-    const QString start = db.StartTime.rightJustified(4, QLatin1Char('0'));
-    const QString end = db.EndTime.rightJustified(4, QLatin1Char('0'));
-    const int s = int(Val(start.left(2))) * 60 + int(Val(start.right(2)));
-    const int e = int(Val(end.left(2))) * 60 + int(Val(end.right(2)));
-    QString distance;
-    if (m > e) {
-        distance = db.Distance;
-    } else if (m < s) {
-        distance = QStringLiteral("0");
-    } else {
-        const float here = og.Distance_Search(m);
-        distance = QString::number(double(here), 'f', 1);
-        // Where the minute added nothing, a larger figure shown stays.
-        const QString& cells = db.Sec_Distance_Data;
-        const bool same = m >= 2 && 2 * m <= cells.size() && cells.mid(2 * m - 2, 2) == cells.mid(2 * m - 4, 2);
-        if (same && !db.Distance.isEmpty() && Val(oldDistance) > double(here))
-            distance = oldDistance;
-    }
-    f << distance;
-    f << (Rpm_Input() ? QString::number(og.RPM_Search(m) * 40) : QString());
-    return f;
-}
-
 QString Driver_Name(Cls_DB& db, const QString& driver)
 {
     QString name = QStringLiteral("-");
-    Guarded(1074, [&] {
-        Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D2 WHERE D_F1 =?"), {driver});
-        if (rs.RecordCount() > 0 && !rs.Field(QStringLiteral("D_F2")).isNull())
-            name = rs.Text(QStringLiteral("D_F2"));
-    });
+    Guarded(1074, [&] { name = Driver_Name_Of(db, driver); });
     return name;
 }
 

@@ -3,6 +3,9 @@
 // a view is asked for (the report selection), the cursor's snap, step and
 // wrap over the plot, the minute or second under it, the step between
 // days, and the event list of a trip.
+#include "analysis/Trip_Fields.h"
+#include "reports/Cls_Report.h"
+
 #include <QString>
 #include <QStringList>
 #include <vector>
@@ -14,11 +17,10 @@ class Operation_Graph;
 
 namespace vex::forms {
 
-// The selection a report form hands to the views: car, driver, day and
-// times, the driver's name and the car's number.
-struct Report_Selection {
-    QString Car_Code, Driver_Code, Start_Date, Start_Time, End_Date, End_Time, Driver_Name, Car_Government;
-};
+// The selection a report form hands to the views and reports: the shared
+// Cls_Report with its car, driver, day and times, the driver's name and the
+// car's number.
+using Report_Selection = vex::Cls_Report;
 Report_Selection& Selection();
 
 // The cursor over a plot from left to right in steps of step units.
@@ -43,15 +45,6 @@ int Second_At(const Operation_Graph& og, float x);
 // A day of six (yyMMdd) or eight (yyyyMMdd) digits, a day later or earlier,
 // written back as yyMMdd.
 QString Step_Day(const QString& day, int days);
-
-// The sixteen detail fields of the minute view for the trip in Cls_DB with
-// the cursor on point m; field 14 keeps its old text where the distance has
-// not grown. RPM (field 15) only with an RPM input.
-QStringList Minute_Fields(const Cls_DB& db, const Operation_Graph& og, int m, const QString& oldDistance);
-// "HH : MM" of a minute of the day.
-QString Minute_Text(int minute);
-// "HH : MM" of a stored "HHmm".
-QString Time_Text(const QString& hhmm);
 
 // The event list of a trip: one title row a kind, one row an event; rows of
 // events carry their second of the day (-1 for titles).

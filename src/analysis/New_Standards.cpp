@@ -1,0 +1,243 @@
+#include "analysis/New_Standards.h"
+
+#include "core/Err_Proc.h"
+#include "core/Mod_Main.h"
+#include "core/VbText.h"
+#include "platform/FileSystem.h"
+#include "store/Cls_DB.h"
+#include "store/DayFile.h"
+#include "store/EventDetector.h"
+#include "store/Marks.h"
+#include "store/Minute_Series.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QThread>
+
+namespace vex {
+
+namespace {
+
+constexpr int16_t kErrCommand3 = 1032;
+
+// A folder of the settings as a path of this machine: the system's form
+// under the application folder, any other as it stands. Reading there is
+// harmless, so it may lie outside the application folder.
+QString Folder_Path(const QString& folder)
+{
+    const Globals& g = G();
+    return g.FS ? g.FS->Path(folder) : folder;
+}
+
+int16_t To16(long v)
+{
+    if (v < -32768 || v > 32767)
+        throw RunTimeError(QStringLiteral("Overflow"));
+    return int16_t(v);
+}
+
+// The old figures of a row, for what can't be counted again and to tell a
+// change.
+Trip_Recount Stored(const Recordset& trip)
+{
+    auto n = [&](const char* f) { return int(Val(trip.Text(QLatin1String(f)))); };
+    Trip_Recount t;
+    t.acceleration = To16(n("D_F9"));
+    t.brake = To16(n("D_F10"));
+    t.overspeed = To16(n("D_F11"));
+    t.idle = To16(n("D_F12"));
+    t.longOver = To16(n("D_F13"));
+    t.mark = QString::number(n("D_F14"));
+    t.band1 = n("D_F15");
+    t.band2 = n("D_F16");
+    t.band3 = n("D_F17");
+    return t;
+}
+
+bool Same(const Trip_Recount& a, const Trip_Recount& b)
+{
+    return a.acceleration == b.acceleration && a.brake == b.brake && a.overspeed == b.overspeed &&
+           a.idle == b.idle && a.longOver == b.longOver && Val(a.mark) == Val(b.mark) && a.band1 == b.band1 &&
+           a.band2 == b.band2 && a.band3 == b.band3;
+}
+
+QString First_Text(Cls_DB& db, const QString& sql, const QString& key, bool& found)
+{
+    Recordset rs = db.DB_RSet_D_D(sql, {key});
+    found = rs.RecordCount() > 0;
+    return found ? rs.Text(QStringLiteral("D_F2")) : QString();
+}
+
+} // namespace
+
+QString Trip_Day_File(const QString& packDir, const QString& car, const QString& driver, const QString& day)
+{
+    QStringList roots{Local_Path(QStringLiteral("\\pack"))};
+    if (!packDir.trimmed().isEmpty())
+        roots << Folder_Path(packDir.trimmed());
+    for (const QString& root : roots) {
+        const QString folder = root + QLatin1Char('/') + car + QLatin1Char('/') + day + QLatin1Char('/');
+        for (const QString& name : {day + QStringLiteral(".vex"), day + driver + QStringLiteral(".vex")})
+            if (QFileInfo(folder + name).isFile())
+                return folder + name;
+    }
+    return {};
+}
+
+Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip)
+{
+    Trip_Recount t = Stored(trip);
+    const QString key = trip.Text(QStringLiteral("D_F1"));
+    const QString car = trip.Text(QStringLiteral("D_F2"));
+    const QString driver = trip.Text(QStringLiteral("D_F3"));
+    const QString day = key.right(6);
+    bool found = false;
+
+    // 1. The distance: the stored minute cells, flags of the pack cleared,
+    // else the row's own figure. A row without a number there counts none.
+    float tenths = 0;
+    const QVariant stored = trip.Field(QStringLiteral("D_F8"));
+    if (!stored.isNull() && Is_Numeric(stored.toString())) {
+        tenths = float(Val(stored.toString()));
+        QString cells = First_Text(db, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), key, found);
+        if (found) {
+            Clear_Pack_Distance_Flags(cells);
+            tenths = float(Sum_Distance_Cells(cells));
+        }
+    }
+
+    // 4. The limit: the car's own when it has one, even "0"; else the
+    // standard speed.
+    double limit = standards.B_Val3;
+    {
+        Recordset s1 = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
+        if (s1.RecordCount() > 0) {
+            const QVariant own = s1.Field(QStringLiteral("D_F10"));
+            if (!own.isNull() && !own.toString().isEmpty())
+                limit = Val(own.toString());
+        }
+    }
+
+    // 3, 5. Overspeed minutes and bands from the minute speed; a trip
+    // without one keeps them.
+    const QString secData = First_Text(db, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), key, found);
+    if (found) {
+        const Overspeed_Minutes over = Count_Overspeed_Minutes(secData, limit);
+        t.overspeed = over.count;
+        t.band1 = over.band1;
+        t.band2 = over.band2;
+        t.band3 = over.band3;
+    }
+
+    // 6, 7. The events of the seconds; without a readable day file the old
+    // counts stay.
+    const QString path = Trip_Day_File(standards.U_PackDir, car, driver, day);
+    if (!path.isEmpty()) {
+        try {
+            const DayFile file = Read_Day_File(path);
+            EventLimits limits;
+            limits.limit = float(limit);
+            limits.quickAccel = standards.B_Val10;
+            limits.quickBrake = standards.B_Val9;
+            limits.longOverMinutes = standards.B_Val11;
+            limits.idleMinutes = standards.B_Val12;
+            const DayEvents ev = Detect_Day_Events(file.speed, file.engine, limits);
+            t.acceleration = To16(ev.Acceleration);
+            t.brake = To16(ev.Brack);
+            t.idle = ev.Idle;
+            t.longOver = ev.LKEngin;
+            t.dayFile = true;
+        } catch (const RunTimeError& e) {
+            Err_Proc(kErrCommand3, QStringLiteral("%1: day file not used, the old event counts stay: %2")
+                                       .arg(key, QString::fromUtf8(e.what())));
+        }
+    }
+
+    // 8. The mark.
+    t.mark = Mark_Of(standards, t.overspeed, float(t.acceleration), float(t.brake), t.idle, t.longOver, tenths);
+    return t;
+}
+
+Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
+                                    const std::function<void(int, int)>& progress, const std::atomic_bool* cancel)
+{
+    Recount_Summary summary;
+    Recordset trips;
+    if (!Guarded(kErrCommand3, [&] { trips = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1")); })) {
+        summary.error = Err_Last();
+        return summary;
+    }
+    summary.total = trips.RecordCount();
+    for (trips.MoveFirst(); !trips.EOF_(); trips.MoveNext()) {
+        if (cancel && *cancel) {
+            summary.cancelled = true;
+            break;
+        }
+        const bool ok = Guarded(kErrCommand3, [&] {
+            const Trip_Recount before = Stored(trips);
+            const Trip_Recount after = Recount_Trip(db, standards, trips);
+            if (!after.dayFile)
+                ++summary.withoutDayFile;
+            // 9. One statement: the row is old or new, never half.
+            trips.Set(QStringLiteral("D_F9"), after.acceleration);
+            trips.Set(QStringLiteral("D_F10"), after.brake);
+            trips.Set(QStringLiteral("D_F11"), after.overspeed);
+            trips.Set(QStringLiteral("D_F12"), after.idle);
+            trips.Set(QStringLiteral("D_F13"), after.longOver);
+            trips.Set(QStringLiteral("D_F14"), Val(after.mark));
+            trips.Set(QStringLiteral("D_F15"), after.band1);
+            trips.Set(QStringLiteral("D_F16"), after.band2);
+            trips.Set(QStringLiteral("D_F17"), after.band3);
+            trips.Update();
+            if (!Same(before, after))
+                ++summary.changed;
+        });
+        if (!ok) {
+            ++summary.failed;
+            Err_Proc(kErrCommand3, QStringLiteral("%1 left as it was").arg(trips.Text(QStringLiteral("D_F1"))));
+        }
+        ++summary.done;
+        if (progress)
+            progress(summary.done, summary.total);
+    }
+    return summary;
+}
+
+Recount_Worker::Recount_Worker(DbTarget target, const Cls_Config& standards)
+    : target_(std::move(target)), standards_(standards)
+{
+}
+
+Recount_Worker::~Recount_Worker()
+{
+    Cancel();
+    Wait();
+}
+
+void Recount_Worker::Start(std::function<void(int, int)> progress,
+                           std::function<void(const Recount_Summary&)> finished)
+{
+    cancel_ = false;
+    thread_.reset(QThread::create([this, progress = std::move(progress), finished = std::move(finished)] {
+        {
+            // A connection belongs to the thread that opened it.
+            Cls_DB db(target_);
+            if (db.DB_State() != 1)
+                summary_.error = Err_Last();
+            else
+                summary_ = Apply_New_Standards(db, standards_, progress, &cancel_);
+        }
+        if (finished)
+            finished(summary_);
+    }));
+    thread_->start();
+}
+
+bool Recount_Worker::Wait(int ms)
+{
+    if (!thread_)
+        return true;
+    return ms < 0 ? thread_->wait() : thread_->wait(QDeadlineTimer(ms));
+}
+
+} // namespace vex

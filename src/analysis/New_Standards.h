@@ -1,0 +1,90 @@
+#pragma once
+// "새 기준 적용": every trip of D_D1 counted again under the standards in
+// force. The overspeed minutes and their bands come from the stored minute
+// speed, the quick accelerations and brakes, long overspeeds and idle events
+// from the trip's day file through the same detector as at reception, the
+// distance from the stored minute distance; then the mark. Only the summary
+// row changes: the event lists of old trips stay as they were counted.
+//
+// Each trip is one UPDATE of its row, written as soon as it is done, so a
+// recount that is cancelled, fails or is killed leaves every row either as it
+// was or as it is under the new standards, never half of each.
+#include "core/Cls_Config.h"
+#include "store/DbTarget.h"
+
+#include <QString>
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+class QThread;
+
+namespace vex {
+
+class Cls_DB;
+class Recordset;
+
+// The figures of one trip under the standards.
+struct Trip_Recount {
+    int16_t acceleration = 0; // D_F9
+    int16_t brake = 0;        // D_F10
+    int16_t overspeed = 0;    // D_F11, minutes
+    int16_t idle = 0;         // D_F12
+    int16_t longOver = 0;     // D_F13
+    QString mark;             // D_F14
+    int band1 = 0, band2 = 0, band3 = 0; // D_F15 to D_F17
+    bool dayFile = false;     // the events counted from the day file; else the old counts kept
+};
+
+struct Recount_Summary {
+    int total = 0;          // trips of D_D1
+    int done = 0;           // trips gone through
+    int changed = 0;        // rows whose figures changed
+    int withoutDayFile = 0; // trips whose event counts stayed, for want of a readable day file
+    int failed = 0;         // trips left as they were after an error (the log tells which)
+    bool cancelled = false;
+    QString error;          // why nothing could be done at all
+};
+
+// The trip's day file: under the program's pack folder, then under the pack
+// folder of the settings; in each the older name without the driver first.
+// Empty text when neither has it.
+QString Trip_Day_File(const QString& packDir, const QString& car, const QString& driver, const QString& day);
+
+// The figures of the trip at the current row of a "SELECT * FROM D_D1"
+// under the standards (no write). Throws RunTimeError on what it can't read.
+Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip);
+
+// Every trip, row after row; progress(done, total) after each, cancel read
+// between trips. A trip that fails is logged and left as it was.
+Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
+                                    const std::function<void(int, int)>& progress,
+                                    const std::atomic_bool* cancel = nullptr);
+
+// The recount in a thread of its own, on a connection of its own to the
+// same database. progress and finished run in that thread.
+class Recount_Worker {
+public:
+    Recount_Worker(DbTarget target, const Cls_Config& standards);
+    ~Recount_Worker(); // cancels and waits
+    Recount_Worker(const Recount_Worker&) = delete;
+    Recount_Worker& operator=(const Recount_Worker&) = delete;
+
+    void Start(std::function<void(int, int)> progress, std::function<void(const Recount_Summary&)> finished);
+    // Ends the recount after the trip in hand.
+    void Cancel() { cancel_ = true; }
+    // True when the recount has ended within ms (-1: wait for it).
+    bool Wait(int ms = -1);
+    // What the recount did; read after it has ended.
+    const Recount_Summary& Summary() const { return summary_; }
+
+private:
+    DbTarget target_;
+    Cls_Config standards_;
+    std::atomic_bool cancel_{false};
+    Recount_Summary summary_;
+    std::unique_ptr<QThread> thread_;
+};
+
+} // namespace vex

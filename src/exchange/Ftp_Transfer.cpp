@@ -1,0 +1,193 @@
+#include "exchange/Ftp_Transfer.h"
+
+#include "core/Cls_Config.h"
+#include "exchange/Package.h"
+
+#include <QDir>
+#include <QFile>
+#include <QUrl>
+#include <curl/curl.h>
+#include <memory>
+
+namespace vex {
+
+namespace {
+
+struct Curl_Closer {
+    void operator()(CURL* c) const { curl_easy_cleanup(c); }
+};
+using Curl_Handle = std::unique_ptr<CURL, Curl_Closer>;
+
+size_t To_Buffer(char* data, size_t size, size_t n, void* out)
+{
+    static_cast<QByteArray*>(out)->append(data, qsizetype(size * n));
+    return size * n;
+}
+
+size_t To_File(char* data, size_t size, size_t n, void* out)
+{
+    return size_t(static_cast<QFile*>(out)->write(data, qint64(size * n)));
+}
+
+QString Url(const Ftp_Settings& s, const QString& name = {})
+{
+    return QStringLiteral("ftp://%1:%2/%3/%4")
+        .arg(s.host)
+        .arg(s.port)
+        .arg(QString::fromLatin1(QUrl::toPercentEncoding(s.folder)), QString::fromLatin1(QUrl::toPercentEncoding(name)));
+}
+
+// A handle with what every call of the pass shares: passive mode, the
+// account, the time limits. One handle keeps its connection between calls.
+Curl_Handle Session(const Ftp_Settings& s)
+{
+    Curl_Handle c(curl_easy_init());
+    if (!c)
+        return c;
+    curl_easy_setopt(c.get(), CURLOPT_USERAGENT, s.agent.toUtf8().constData());
+    curl_easy_setopt(c.get(), CURLOPT_USERNAME, s.user.toUtf8().constData());
+    curl_easy_setopt(c.get(), CURLOPT_PASSWORD, s.password.toUtf8().constData());
+    curl_easy_setopt(c.get(), CURLOPT_FTP_USE_EPSV, 1L);  // passive: EPSV, then PASV
+    curl_easy_setopt(c.get(), CURLOPT_FTPPORT, nullptr);
+    curl_easy_setopt(c.get(), CURLOPT_CONNECTTIMEOUT, long(s.connectSeconds));
+    curl_easy_setopt(c.get(), CURLOPT_SERVER_RESPONSE_TIMEOUT, long(s.connectSeconds));
+    curl_easy_setopt(c.get(), CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(c.get(), CURLOPT_LOW_SPEED_TIME, long(s.stallSeconds));
+    curl_easy_setopt(c.get(), CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(c.get(), CURLOPT_PROTOCOLS_STR, "ftp");
+    return c;
+}
+
+bool Connect_Error(CURLcode code)
+{
+    return code == CURLE_COULDNT_CONNECT || code == CURLE_COULDNT_RESOLVE_HOST || code == CURLE_LOGIN_DENIED
+           || code == CURLE_OPERATION_TIMEDOUT || code == CURLE_FTP_WEIRD_SERVER_REPLY || code == CURLE_RECV_ERROR
+           || code == CURLE_GOT_NOTHING;
+}
+
+} // namespace
+
+Ftp_Settings Ftp_Settings_Of(const Cls_Config& cfg)
+{
+    Ftp_Settings s;
+    s.agent = cfg.S_CompanyCode;
+    s.host = cfg.S_IP.trimmed();
+    s.user = cfg.S_User;
+    s.password = cfg.S_Password;
+    s.folder = cfg.U_Name + QStringLiteral("_st");
+    if (const int port = qEnvironmentVariableIntValue("VEX_FTP_PORT"); port > 0)
+        s.port = port;
+    return s;
+}
+
+bool Plain_Remote_Name(const QString& name)
+{
+    return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") && !name.contains(QLatin1Char('/'))
+           && !name.contains(QLatin1Char('\\')) && !name.contains(QLatin1String("..")) && name.toUtf8().size() <= 255
+           && !name.endsWith(QLatin1String(".part"));
+}
+
+Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::function<void(const QString&)>& each)
+{
+    Ftp_Pass pass;
+    if (s.agent == QLatin1String("00000000")) {
+        pass.end = Ftp_Pass_End::No_Session;
+        return pass;
+    }
+    Curl_Handle c = Session(s);
+    if (!c) {
+        pass.end = Ftp_Pass_End::No_Session;
+        return pass;
+    }
+    if (s.host.isEmpty()) {
+        pass.end = Ftp_Pass_End::No_Host;
+        return pass;
+    }
+    char error[CURL_ERROR_SIZE] = {0};
+    curl_easy_setopt(c.get(), CURLOPT_ERRORBUFFER, error);
+
+    // The listing: names only, of the firm's folder.
+    QByteArray listing;
+    curl_easy_setopt(c.get(), CURLOPT_URL, Url(s).toUtf8().constData());
+    curl_easy_setopt(c.get(), CURLOPT_DIRLISTONLY, 1L);
+    curl_easy_setopt(c.get(), CURLOPT_WRITEFUNCTION, To_Buffer);
+    curl_easy_setopt(c.get(), CURLOPT_WRITEDATA, &listing);
+    CURLcode code = curl_easy_perform(c.get());
+    if (code != CURLE_OK) {
+        pass.error = QString::fromUtf8(error[0] ? error : curl_easy_strerror(code));
+        pass.end = Connect_Error(code) ? Ftp_Pass_End::Connect_Failed : Ftp_Pass_End::Find_Failed;
+        return pass;
+    }
+    QStringList names;
+    for (const QByteArray& line : listing.split('\n')) {
+        QByteArray name = line;
+        if (const qsizetype nul = name.indexOf('\0'); nul >= 0)
+            name.truncate(nul); // a name ends at its first NUL
+        name = name.trimmed();
+        if (!name.isEmpty())
+            names << QString::fromUtf8(name);
+    }
+    if (names.isEmpty()) {
+        pass.end = Ftp_Pass_End::Find_Failed;
+        return pass;
+    }
+
+    curl_easy_setopt(c.get(), CURLOPT_DIRLISTONLY, 0L);
+    // Byte for byte. The desk's transfers asked for ASCII and got the bytes
+    // unchanged from the sites' servers; here an ASCII transfer rewrites line
+    // ends, which would damage every package.
+    curl_easy_setopt(c.get(), CURLOPT_TRANSFERTEXT, 0L);
+    QDir().mkpath(expDir);
+    for (const QString& name : names) {
+        if (!Plain_Remote_Name(name)) {
+            pass.passedOver << name.left(80) + QStringLiteral(": not a plain file name");
+            continue;
+        }
+        if (each)
+            each(name);
+        const QString target = QDir(expDir).filePath(name);
+        const QString part = QDir(expDir).filePath(QStringLiteral(".") + name + QStringLiteral(".part"));
+        QFile out(part);
+        if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+            pass.error = QStringLiteral("cannot write ") + part;
+            pass.end = Ftp_Pass_End::Download_Failed;
+            return pass;
+        }
+        error[0] = 0;
+        curl_easy_setopt(c.get(), CURLOPT_URL, Url(s, name).toUtf8().constData());
+        curl_easy_setopt(c.get(), CURLOPT_WRITEFUNCTION, To_File);
+        curl_easy_setopt(c.get(), CURLOPT_WRITEDATA, &out);
+        curl_easy_setopt(c.get(), CURLOPT_QUOTE, nullptr);
+        curl_easy_setopt(c.get(), CURLOPT_NOBODY, 0L);
+        code = curl_easy_perform(c.get());
+        out.close();
+        const bool whole = code == CURLE_OK
+                           && (!name.endsWith(QLatin1String(".zip"), Qt::CaseInsensitive) || Zip_Opens(part));
+        if (!whole) {
+            QFile::remove(part);
+            pass.error = code != CURLE_OK ? QString::fromUtf8(error[0] ? error : curl_easy_strerror(code))
+                                          : name + QStringLiteral(" arrived damaged");
+            pass.end = Ftp_Pass_End::Download_Failed;
+            return pass;
+        }
+        QFile::remove(target); // over a local file of that name
+        if (!QFile::rename(part, target)) {
+            QFile::remove(part);
+            pass.error = QStringLiteral("cannot write ") + target;
+            pass.end = Ftp_Pass_End::Download_Failed;
+            return pass;
+        }
+        pass.downloaded << name;
+        // Only now the server's copy goes; the result isn't looked at.
+        curl_slist* dele = curl_slist_append(nullptr, (QStringLiteral("DELE ") + name).toUtf8().constData());
+        curl_easy_setopt(c.get(), CURLOPT_URL, Url(s).toUtf8().constData());
+        curl_easy_setopt(c.get(), CURLOPT_QUOTE, dele);
+        curl_easy_setopt(c.get(), CURLOPT_NOBODY, 1L);
+        curl_easy_perform(c.get());
+        curl_easy_setopt(c.get(), CURLOPT_QUOTE, nullptr);
+        curl_slist_free_all(dele);
+    }
+    return pass;
+}
+
+} // namespace vex

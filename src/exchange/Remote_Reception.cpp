@@ -1,0 +1,173 @@
+#include "exchange/Remote_Reception.h"
+
+#include "acquisition/Inbox_Names.h"
+#include "core/Err_Proc.h"
+#include "core/Messages.h"
+#include "core/Mod_Main.h"
+#include "exchange/Data_Package.h"
+#include "platform/AppFolder.h"
+#include "store/Cls_DB.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace vex {
+
+namespace {
+
+const QString kNoLink = QStringLiteral("연결실패");
+const QString kNoData = QStringLiteral("데이터가 없읍니다");
+
+QString Exp_Dir()
+{
+    return App_Path(G().App_Dir, QStringLiteral("\\exp"));
+}
+
+QStringList Files_Of(const QString& dir)
+{
+    return QDir(dir).entryList(QDir::Files, QDir::Name);
+}
+
+bool Is_Zip(const QString& name)
+{
+    return name.endsWith(QLatin1String(".zip")) || name.endsWith(QLatin1String(".ZIP"));
+}
+
+QString With_Why(const QString& text, const QString& error)
+{
+    return error.isEmpty() ? text : text + QStringLiteral(" (") + error + QLatin1Char(')');
+}
+
+} // namespace
+
+QString Trip_File_Target(const QString& path)
+{
+    const QString tail = path.right(22);
+    if (tail.size() != 22 || tail.right(4).toUpper() != QLatin1String(".VEX"))
+        return {};
+    const QString car = tail.left(6), date = tail.mid(6, 6), time = tail.mid(12, 6);
+    if (!Is_Code(car) || !Is_Day(date) || time.size() != 6 || !std::all_of(time.begin(), time.end(), [](QChar c) {
+            return c >= u'0' && c <= u'9';
+        }))
+        return {};
+    return App_Path(G().App_Dir, QStringLiteral("\\pack\\%1\\%2\\%2%3.vex").arg(car, date, time));
+}
+
+void Remote_Load(Cls_DB& live, Remote_Outcome& out, const Exchange_Progress& progress)
+{
+    out.loadingRan = true;
+    const QString exp = Exp_Dir();
+    const QStringList files = Files_Of(exp);
+    if (files.isEmpty())
+        return;
+    if (std::none_of(files.begin(), files.end(), Is_Zip)) {
+        out.messages << kNoData;
+        return;
+    }
+    out.messages << LoadResString(1241);
+    // Packages: each through the import of packages, whole or not at all.
+    for (const QString& name : Files_Of(exp)) {
+        if (!Is_Zip(name))
+            continue;
+        const Exchange_Report r = Import_Package(live, QDir(exp).filePath(name), true, progress);
+        if (r.ok) {
+            out.loaded << name;
+            QFile::remove(QDir(exp).filePath(name));
+            QFile::remove(QDir(exp).filePath(QStringLiteral("exp.mdb"))); // spent; the export makes it anew
+        } else {
+            out.kept << name + QStringLiteral(": ") + r.message;
+        }
+    }
+    // Loose trip files: filed by the last 22 characters of their path.
+    for (const QString& name : Files_Of(exp)) {
+        if (name.right(3).toUpper() != QLatin1String("VEX"))
+            continue;
+        const QString from = QDir(exp).filePath(name), target = Trip_File_Target(from);
+        if (target.isEmpty()) {
+            out.kept << name + QStringLiteral(": no car, day and time in its name");
+            continue;
+        }
+        QDir().mkpath(QFileInfo(target).absolutePath());
+        QFile::remove(target);
+        if (QFile::copy(from, target)) {
+            QFile::remove(from);
+            out.loaded << name;
+        }
+    }
+    // Loose databases, table by table.
+    for (const QString& name : Files_Of(exp)) {
+        if (!(name.endsWith(QLatin1String("exp.mdb")) || name.right(3) == QLatin1String("mdb")
+              || name.right(3) == QLatin1String("MDB")))
+            continue;
+        const QString path = QDir(exp).filePath(name);
+        QString error;
+        const std::unique_ptr<Db_Source> source = Db_Source::Open(path, &error);
+        const bool ok = source && Guarded(1089, [&] {
+            std::vector<Source_Table> read;
+            for (const QString& t : Package_Tables())
+                read.push_back(source->Read(t));
+            for (size_t i = 0; i < read.size(); ++i)
+                Copy_Rows(live, Package_Tables()[int(i)], read[i], progress);
+        });
+        if (ok) {
+            out.loaded << name;
+            QFile::remove(path);
+        } else {
+            out.kept << name + QStringLiteral(": ") + (source ? Err_Last() : error);
+        }
+    }
+}
+
+Remote_Outcome Remote_Transfer(const Ftp_Settings& s, const std::function<void(const QString&)>& each)
+{
+    Remote_Outcome out;
+    const QString exp = Exp_Dir();
+    for (int passNo = 1; passNo <= 2; ++passNo) {
+        const Ftp_Pass pass = Ftp_Run_Pass(s, exp, each);
+        out.downloaded << pass.downloaded;
+        out.passedOver << pass.passedOver;
+        switch (pass.end) {
+        case Ftp_Pass_End::Done:
+            continue;
+        case Ftp_Pass_End::No_Session:
+            // No account: nothing on the network, the loading step runs on
+            // what lies in "\exp".
+            out.messages << kNoLink;
+            if (passNo == 1 && s.agent != QLatin1String("00000000"))
+                out.messages << kNoLink;
+            if (passNo == 2 || s.agent == QLatin1String("00000000")) {
+                out.loadingDue = true;
+                return out;
+            }
+            continue;
+        case Ftp_Pass_End::No_Host:
+            return out;
+        case Ftp_Pass_End::Connect_Failed:
+            out.messages << With_Why(kNoLink, pass.error);
+            out.loadingDue = passNo == 2;
+            return out;
+        case Ftp_Pass_End::Find_Failed:
+            if (passNo == 1)
+                out.messages << kNoData;
+            out.loadingDue = passNo == 2;
+            return out;
+        case Ftp_Pass_End::Download_Failed:
+            out.messages << With_Why(kNoLink, pass.error);
+            return out;
+        }
+    }
+    out.loadingDue = true;
+    return out;
+}
+
+Remote_Outcome Remote_Reception(Cls_DB& live, const Ftp_Settings& s, const std::function<void(const QString&)>& each,
+                                const Exchange_Progress& progress)
+{
+    Remote_Outcome out = Remote_Transfer(s, each);
+    if (out.loadingDue)
+        Remote_Load(live, out, progress);
+    return out;
+}
+
+} // namespace vex

@@ -1,0 +1,44 @@
+#pragma once
+// "원격수신": the two passes of the transfer, then the loading step over
+// "\exp": each package imported through the import of packages (rows and
+// day files, and D_S1), loose trip files filed under "\pack", loose
+// databases loaded. Files that could not be dealt with stay in "\exp" for
+// the next press.
+#include "exchange/Exchange_Tables.h"
+#include "exchange/Ftp_Transfer.h"
+
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+namespace vex {
+
+class Cls_DB;
+
+struct Remote_Outcome {
+    QStringList messages;    // the boxes, in order
+    QStringList downloaded;  // files fetched
+    QStringList passedOver;  // remote names left alone, with why
+    QStringList loaded;      // files of "\exp" dealt with
+    QStringList kept;        // files of "\exp" that failed, with why
+    bool loadingDue = false;  // the passes ended where the loading step follows
+    bool loadingRan = false;
+};
+
+// The two passes alone: no database is touched, so a window may run them on
+// a worker thread. Sets loadingDue as the passes' table says.
+Remote_Outcome Remote_Transfer(const Ftp_Settings& s, const std::function<void(const QString&)>& each = {});
+
+// The loading step alone, on "\exp".
+void Remote_Load(Cls_DB& live, Remote_Outcome& out, const Exchange_Progress& progress = {});
+
+// The press of the button. each is told every file before its download.
+Remote_Outcome Remote_Reception(Cls_DB& live, const Ftp_Settings& s, const std::function<void(const QString&)>& each = {},
+                                const Exchange_Progress& progress = {});
+
+// "<car><date><time>.vex" of a loose trip file (its path's last 22
+// characters): where it goes under "\pack", or empty when the parts are no
+// car code, day and time.
+QString Trip_File_Target(const QString& path);
+
+} // namespace vex

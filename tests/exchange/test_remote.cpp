@@ -1,0 +1,154 @@
+// Remote reception against a real FTP server on loopback: a package that
+// arrives and is loaded, the second press with nothing new, a refused
+// login, an empty folder, no account at all, names that may not be files,
+// and a server that stops mid-download.
+#include "core/Cls_Config.h"
+#include "core/Messages.h"
+#include "core/Mod_Main.h"
+#include "exchange/Data_Package.h"
+#include "exchange/Remote_Reception.h"
+#include "store/Cls_DB.h"
+#include "support/AppSession.h"
+#include "support/FtpServer.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QThread>
+#include <thread>
+#include <gtest/gtest.h>
+
+using namespace vex;
+
+namespace {
+
+class Remote : public ::testing::Test {
+protected:
+    test::AppSession app;
+    QTemporaryDir ftpRoot;
+    QString folder;
+    void SetUp() override
+    {
+        Cls_Config& cfg = *G().Config;
+        cfg.U_Name = "firm";
+        cfg.S_IP = "127.0.0.1";
+        cfg.S_User = "site";
+        cfg.S_Password = "secret";
+        cfg.S_CompanyCode = "12345678";
+        cfg.S_Port = "21"; // has no effect
+        folder = ftpRoot.path() + "/firm_st";
+        QDir().mkpath(folder);
+    }
+    void TearDown() override { qunsetenv("VEX_FTP_PORT"); }
+    Cls_DB& db() { return *G().DB; }
+    int Trips() { return db().DB_RSet_D_D("SELECT * FROM D_D1").RecordCount(); }
+    // A package of two trips, put on the server; the trips leave the database.
+    void Package_On_Server(const QString& name)
+    {
+        for (const char* day : {"260105", "260106"})
+            db().Execute("INSERT INTO D_D1 (D_F1, D_F2, D_F3, D_F4, D_F8) VALUES (?, '12AB00', '000123', ?, 1234)",
+                         {QString("12AB00000123") + day, day});
+        ASSERT_TRUE(Export_Package(db(), {"260101", "260131"}, "pkg").ok);
+        db().Execute("DELETE * FROM D_D1");
+        ASSERT_TRUE(QFile::rename(app.Path("Exp/pkg.zip"), folder + "/" + name));
+    }
+    Remote_Outcome Press(const test::FtpServer& server)
+    {
+        qputenv("VEX_FTP_PORT", QByteArray::number(server.Port()));
+        return Remote_Reception(db(), Ftp_Settings_Of(*G().Config));
+    }
+};
+
+} // namespace
+
+TEST_F(Remote, APackageArrivesAndIsLoadedThenNothingNew)
+{
+    Package_On_Server("site1.zip");
+    test::FtpServer server(ftpRoot.path(), "site", "secret");
+    ASSERT_GT(server.Port(), 0);
+    EXPECT_EQ(Ftp_Settings_Of(*G().Config).port, 7666) << "S_Port has no say";
+
+    Remote_Outcome out = Press(server);
+    EXPECT_EQ(out.downloaded, QStringList{"site1.zip"});
+    EXPECT_TRUE(out.messages.contains(LoadResString(1241))) << out.messages.join('|').toStdString();
+    EXPECT_EQ(out.loaded, QStringList{"site1.zip"}) << out.kept.join('|').toStdString();
+    EXPECT_EQ(Trips(), 2);
+    EXPECT_FALSE(QFile::exists(folder + "/site1.zip")) << "deleted after a good download";
+    EXPECT_TRUE(QDir(app.Path("Exp")).entryList({"*.zip"}, QDir::Files).isEmpty());
+
+    // Nothing new: the first pass finds nothing, no loading.
+    out = Press(server);
+    EXPECT_EQ(out.messages, QStringList{"데이터가 없읍니다"});
+    EXPECT_FALSE(out.loadingRan);
+}
+
+TEST_F(Remote, RefusalsAndAccountsWithoutNetwork)
+{
+    test::FtpServer server(ftpRoot.path(), "site", "other-password");
+    ASSERT_GT(server.Port(), 0);
+    Remote_Outcome out = Press(server);
+    ASSERT_EQ(out.messages.size(), 1);
+    EXPECT_TRUE(out.messages[0].startsWith("연결실패")) << out.messages[0].toStdString();
+    EXPECT_FALSE(out.loadingRan);
+
+    // An empty S_IP ends it without a word.
+    G().Config->S_IP = "";
+    out = Press(server);
+    EXPECT_TRUE(out.messages.isEmpty());
+    EXPECT_FALSE(out.loadingRan);
+
+    // No account: a message, no network, and what lies in "\exp" is loaded.
+    G().Config->S_CompanyCode = "00000000";
+    G().Config->S_IP = "127.0.0.1";
+    Package_On_Server("waiting.zip");
+    ASSERT_TRUE(QFile::rename(folder + "/waiting.zip", app.Path("Exp/waiting.zip")));
+    out = Press(server);
+    EXPECT_EQ(out.messages.value(0), "연결실패");
+    EXPECT_EQ(out.loaded, QStringList{"waiting.zip"});
+    EXPECT_EQ(Trips(), 2);
+
+    // A ".Zip" is no zip to the loading step: nothing to load.
+    app.Write_File("Exp/odd.Zip", "x");
+    out = Press(server);
+    EXPECT_EQ(out.messages.value(1), "데이터가 없읍니다");
+    EXPECT_TRUE(QFile::exists(app.Path("Exp/odd.Zip")));
+}
+
+TEST_F(Remote, UntrustedNamesAndACutDownload)
+{
+    // Names that may not become files of "\exp" stay on the server.
+    for (const char* name : {"a..b.zip", ".hidden.part"})
+        QFile(folder + "/" + name).open(QIODevice::WriteOnly);
+    EXPECT_FALSE(Plain_Remote_Name(QString(260, 'a')));
+    EXPECT_FALSE(Plain_Remote_Name("../x.zip"));
+    EXPECT_FALSE(Plain_Remote_Name("a\\b.zip"));
+    EXPECT_TRUE(Plain_Remote_Name("12AB00260105093000.vex"));
+    EXPECT_EQ(Trip_File_Target("/x/12AB00260105093000.vex"), app.Path("pack/12AB00/260105/260105093000.vex"));
+    EXPECT_TRUE(Trip_File_Target("/x/../../etc/passwd.vex").isEmpty());
+
+    // A big file on a slow server, stopped half way.
+    QByteArray big(2 << 20, '\0');
+    for (char& c : big)
+        c = char(QRandomGenerator::global()->bounded(256));
+    {
+        QFile f(folder + "/big.zip");
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(big);
+    }
+    test::FtpServer server(ftpRoot.path(), "site", "secret", true);
+    ASSERT_GT(server.Port(), 0);
+    qputenv("VEX_FTP_PORT", QByteArray::number(server.Port()));
+    const Ftp_Settings settings = Ftp_Settings_Of(*G().Config);
+    Ftp_Pass pass;
+    std::thread transfer([&] { pass = Ftp_Run_Pass(settings, app.Path("Exp")); });
+    QThread::msleep(1500);
+    server.Stop();
+    transfer.join();
+    EXPECT_EQ(pass.end, Ftp_Pass_End::Download_Failed) << pass.error.toStdString();
+    EXPECT_TRUE(pass.passedOver.join('|').contains("a..b.zip"));
+    EXPECT_FALSE(QFile::exists(app.Path("Exp/big.zip")));
+    EXPECT_TRUE(QDir(app.Path("Exp")).entryList({"*.part"}, QDir::Files | QDir::Hidden).isEmpty());
+    EXPECT_TRUE(QFile::exists(folder + "/big.zip")) << "the server keeps what didn't arrive";
+    EXPECT_TRUE(QFile::exists(folder + "/a..b.zip"));
+}
