@@ -1,6 +1,5 @@
 #include "exchange/Agency_File.h"
 
-#include "acquisition/Cls_IO.h"
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
@@ -13,6 +12,7 @@
 #include <QFileInfo>
 #include <QStringEncoder>
 #include <cmath>
+#include <map>
 
 namespace vex {
 
@@ -69,18 +69,63 @@ std::vector<int> Running_Km(const QString& cells, bool dropEight)
     return km;
 }
 
-QString Time8(int h, int m, const QString& rest)
+// A minute speed cell: hexadecimal, "FF" (and anything that isn't a cell) 0.
+int Speed_Cell(const QString& series, int at)
 {
-    return Zero_Pad(QString::number(h), 2) + Zero_Pad(QString::number(m), 2) + rest;
+    auto digit = [](QChar c) {
+        return c >= u'0' && c <= u'9' ? c.unicode() - u'0' : c >= u'A' && c <= u'F' ? c.unicode() - u'A' + 10 : -1;
+    };
+    const int hi = digit(series[at]), lo = digit(series[at + 1]);
+    const int v = hi < 0 || lo < 0 ? 0 : hi * 16 + lo;
+    return v == 255 ? 0 : v;
 }
 
-// One file, whole, in the desk's code page with CR LF.
-void Write_Lines(const QString& path, const QStringList& lines)
+// value in width digits, "0" prepended; a wider value whole.
+void Append_Number(QByteArray& out, long value, int width)
+{
+    char digits[24];
+    int n = 0;
+    do {
+        digits[n++] = char('0' + value % 10);
+        value /= 10;
+    } while (value > 0 && n < 23);
+    for (int i = n; i < width; ++i)
+        out += '0';
+    while (n > 0)
+        out += digits[--n];
+}
+
+// A data line and its CR LF: second -1 is the minute form's "0000".
+void Append_Data_Line(QByteArray& out, int km, const QByteArray& day, int h, int m, int second, int speed,
+                      const QByteArray& engine)
+{
+    static const QByteArray tail = QByteArray("0") + QByteArray(35, '0') + "\r\n";
+    Append_Number(out, km, 4);
+    out += "0000000";
+    out += day;
+    Append_Number(out, h, 2);
+    Append_Number(out, m, 2);
+    if (second < 0) {
+        out += "0000";
+    } else {
+        Append_Number(out, second, 2);
+        out += "00";
+    }
+    Append_Number(out, speed, 3);
+    out += engine;
+    out += tail;
+}
+
+// The header in the desk's code page (the vehicle id may be Korean), CR LF.
+QByteArray Header_Bytes(const QString& header)
 {
     QStringEncoder encode("CP949");
-    QByteArray bytes;
-    for (const QString& line : lines)
-        bytes += (encode.isValid() ? QByteArray(encode.encode(line)) : line.toUtf8()) + "\r\n";
+    return (encode.isValid() ? QByteArray(encode.encode(header)) : header.toUtf8()) + "\r\n";
+}
+
+// One file, whole.
+void Write_Bytes(const QString& path, const QByteArray& bytes)
+{
     QFile f(path);
     if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(bytes) != bytes.size())
         throw RunTimeError(QStringLiteral("Path/File access error: ") + path);
@@ -119,10 +164,12 @@ QString Agency_Header(const QString& modelTag, const QString& vehicleId, const Q
            + business10 + QStringLiteral("0000000000") + QStringLiteral("0") + Zero_Pad(driverCode, 7);
 }
 
-QString Agency_Data_Line(int distanceKm, const QString& day, const QString& time8, int speed, const QString& engine)
+QString Agency_Data_Line(int distanceKm, const QString& day, int h, int m, int second, int speed, const QString& engine)
 {
-    return Zero_Pad(QString::number(distanceKm), 4) + QStringLiteral("0000000") + day + time8
-           + Zero_Pad(QString::number(speed), 3) + engine + QStringLiteral("0") + QString(35, QLatin1Char('0'));
+    QByteArray line;
+    Append_Data_Line(line, distanceKm, day.toLatin1(), h, m, second, speed, engine.toLatin1());
+    line.chop(2);
+    return QString::fromLatin1(line);
 }
 
 QString Agency_File_Name(const QString& day, const QString& vehicleId, const QString& driverCode)
@@ -134,6 +181,12 @@ QString Agency_File_Name(const QString& day, const QString& vehicleId, const QSt
 QString Agency_Engine_Text(int engineByte, float factor)
 {
     const float product = float(engineByte) * 40.0f * factor;
+    // Whole products, nearly all of them, without the general formatting.
+    if (product == std::floor(product) && product >= 0 && product < 1e7f) {
+        QByteArray digits;
+        Append_Number(digits, long(product), 4);
+        return QString::fromLatin1(digits);
+    }
     return Zero_Pad(QString::number(product, 'g', 7), 4);
 }
 
@@ -222,36 +275,39 @@ Agency_Result Write_Agency_Files(Cls_DB& db, const Agency_Identity& id, const QS
             return;
         }
         int folder = 1, count = 0, done = 0;
+        std::map<QString, Car_Facts> facts; // a car's register row, read once a run
         QString dir = Prepare_Folder(folder);
         r.folders = 1;
         for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
             const QString car = rs.Text(QStringLiteral("D_F2")), driver = rs.Text(QStringLiteral("D_F3")),
                           day = rs.Text(QStringLiteral("D_F4"));
             const QString key = car + driver + day;
-            const Car_Facts f = Facts_Of(db, car);
+            auto known = facts.find(car);
+            if (known == facts.end())
+                known = facts.emplace(car, Facts_Of(db, car)).first;
+            const Car_Facts& f = known->second;
             const QString path = dir + QLatin1Char('/') + Agency_File_Name(day, f.vehicle, driver);
             if (!Inside_Folder(dir, path))
                 throw RunTimeError(QStringLiteral("Path/File access error: ") + path);
-            QStringList lines;
+            QByteArray bytes;
+            const QByteArray dayBytes = day.toLatin1();
             if (f.model != QLatin1String("250")) {
                 bool found = false;
                 const QString series = Text_Of(db, QStringLiteral("D_D3"), key, &found);
                 if (found) {
                     std::vector<int> speed(1440, 0);
-                    for (int k = 0; k < 1440 && 2 * k + 1 < series.size(); ++k) {
-                        const QString cell = series.mid(2 * k, 2);
-                        speed[size_t(k)] = cell == QLatin1String("FF") ? 0 : Cls_IO::Hex_Dec(cell).toInt();
-                    }
+                    for (int k = 0; k < 1440 && 2 * k + 1 < series.size(); ++k)
+                        speed[size_t(k)] = Speed_Cell(series, 2 * k);
                     const std::vector<int> km = Running_Km(Text_Of(db, QStringLiteral("D_D7"), key), true);
-                    lines << Agency_Header(QStringLiteral("qrx120"), f.vehicle, business, driver);
+                    bytes = Header_Bytes(Agency_Header(QStringLiteral("qrx120"), f.vehicle, business, driver));
                     int first = 0, last = 1439;
                     while (first < 1440 && speed[size_t(first)] <= 0)
                         ++first;
                     while (last >= 0 && speed[size_t(last)] <= 0)
                         --last;
+                    static const QByteArray noEngine("0000");
                     for (int k = first; k <= last; ++k)
-                        lines << Agency_Data_Line(km[size_t(k)], day, Time8(k / 60, k % 60, QStringLiteral("0000")),
-                                                  speed[size_t(k)], QStringLiteral("0000"));
+                        Append_Data_Line(bytes, km[size_t(k)], dayBytes, k / 60, k % 60, -1, speed[size_t(k)], noEngine);
                 }
             } else if (QFileInfo(Local_Path(Day_File_Name(car, driver, day))).isFile()) {
                 const DayFile file = Read_Day_File(Local_Path(Day_File_Name(car, driver, day)));
@@ -271,16 +327,20 @@ Agency_Result Write_Agency_Files(Cls_DB& db, const Agency_Identity& id, const QS
                 };
                 const int begin = std::min(First(file.speed), First(file.engine));
                 const int end = std::max(Last(file.speed), Last(file.engine));
-                lines << Agency_Header(QStringLiteral("qrx250"), f.vehicle, business, driver);
+                bytes = Header_Bytes(Agency_Header(QStringLiteral("qrx250"), f.vehicle, business, driver));
+                bytes.reserve(bytes.size() + std::max(0, end - begin + 1) * 70);
+                // The engine text of each of the 256 byte values, once.
+                std::vector<QByteArray> engineText(256);
+                for (int v = 0; v < 256; ++v)
+                    engineText[size_t(v)] = Agency_Engine_Text(v, f.factor).toLatin1();
                 for (int s = begin; s <= end; ++s) {
                     const int h = s / 3600, m = (s - h * 3600) / 60, sec = s - h * 3600 - m * 60;
-                    lines << Agency_Data_Line(km[size_t(h * 60 + m)], day,
-                                              Time8(h, m, Zero_Pad(QString::number(sec), 2) + QStringLiteral("00")),
-                                              file.speed[size_t(s)], Agency_Engine_Text(file.engine[size_t(s)], f.factor));
+                    Append_Data_Line(bytes, km[size_t(h * 60 + m)], dayBytes, h, m, sec, file.speed[size_t(s)],
+                                     engineText[file.engine[size_t(s)]]);
                 }
             }
-            if (!lines.isEmpty()) {
-                Write_Lines(path, lines);
+            if (!bytes.isEmpty()) {
+                Write_Bytes(path, bytes);
                 r.written << path;
                 // Past 200 files every further file opens a new folder: the
                 // counter is never set back, as it always was.

@@ -30,7 +30,8 @@ QString Zero_Pad(const QString& text, int width);
 // two data lines (68 characters each), without the line end.
 QString Agency_Header(const QString& modelTag, const QString& vehicleId, const QString& business10,
                       const QString& driverCode);
-QString Agency_Data_Line(int distanceKm, const QString& day, const QString& time8, int speed, const QString& engine);
+// second -1 writes the minute form's "0000" in place of seconds and "00".
+QString Agency_Data_Line(int distanceKm, const QString& day, int h, int m, int second, int speed, const QString& engine);
 // "20" + day + "_" + vehicle + "_00_" + driver id (7) + ".TXT".
 QString Agency_File_Name(const QString& day, const QString& vehicleId, const QString& driverCode);
 // The engine field of the second form: engine byte x 40 x factor as the

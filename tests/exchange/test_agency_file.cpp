@@ -93,7 +93,9 @@ TEST_F(Agency, BothFormsLineByLine)
     EXPECT_EQ(Agency_Engine_Text(0, 4.25f), "0000");
     EXPECT_EQ(Agency_Header("qrx120", "ABCDEFGHIJKLM", "0000000123", "000200").size(), 80);
     EXPECT_EQ(Agency_Header("qrx120", "AB1234", "0000000123", "000200").size(), 79);
-    EXPECT_EQ(Agency_Data_Line(0, "260105", "10000000", 0, "0000").size(), 68);
+    EXPECT_EQ(Agency_Data_Line(0, "260105", 10, 0, -1, 0, "0000").size(), 68);
+    EXPECT_EQ(Agency_Data_Line(12345, "260105", 9, 59, 59, 255, "173.2"), "12345" "0000000" "260105" "09595900" "255"
+                                                                           "173.2" "0" + kZeros35);
 }
 
 TEST_F(Agency, RefusalsTheCheckAndTheFolderRule)
