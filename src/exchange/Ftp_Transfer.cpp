@@ -80,6 +80,20 @@ Ftp_Settings Ftp_Settings_Of(const Cls_Config& cfg)
     return s;
 }
 
+QStringList Listing_Names(const QByteArray& listing)
+{
+    QStringList names;
+    for (const QByteArray& line : listing.split('\n')) {
+        QByteArray name = line;
+        if (const qsizetype nul = name.indexOf('\0'); nul >= 0)
+            name.truncate(nul); // a name ends at its first NUL
+        name = name.trimmed();
+        if (!name.isEmpty())
+            names << QString::fromUtf8(name);
+    }
+    return names;
+}
+
 bool Plain_Remote_Name(const QString& name)
 {
     return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") && !name.contains(QLatin1Char('/'))
@@ -118,15 +132,7 @@ Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::f
         pass.end = Connect_Error(code) ? Ftp_Pass_End::Connect_Failed : Ftp_Pass_End::Find_Failed;
         return pass;
     }
-    QStringList names;
-    for (const QByteArray& line : listing.split('\n')) {
-        QByteArray name = line;
-        if (const qsizetype nul = name.indexOf('\0'); nul >= 0)
-            name.truncate(nul); // a name ends at its first NUL
-        name = name.trimmed();
-        if (!name.isEmpty())
-            names << QString::fromUtf8(name);
-    }
+    const QStringList names = Listing_Names(listing);
     if (names.isEmpty()) {
         pass.end = Ftp_Pass_End::Find_Failed;
         return pass;

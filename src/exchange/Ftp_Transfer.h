@@ -27,6 +27,9 @@ struct Ftp_Settings {
 // the tests that run their own server.
 Ftp_Settings Ftp_Settings_Of(const Cls_Config& cfg);
 
+// The names of a listing, a line each; a name ends at its first NUL.
+QStringList Listing_Names(const QByteArray& listing);
+
 // True for a listed name that may be a file of "\exp": not empty, no
 // separator, no "..", at most 255 bytes.
 bool Plain_Remote_Name(const QString& name);
