@@ -81,8 +81,10 @@ void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_R
     const QString exp = App(QStringLiteral("\\exp"));
     QDir().mkpath(exp);
     const QString db = exp + QStringLiteral("/exp.mdb");
-    // What a package brings replaces what the last one left.
-    QFile::remove(db);
+    // What a package brings replaces what the last one left, and no journal
+    // of an earlier, interrupted use of that file may be played into it.
+    for (const char* side : {"", "-journal", "-wal", "-shm"})
+        QFile::remove(db + QLatin1String(side));
     const Unzip_Result unzipped = UnZip_Make(zip, exp);
     if (!unzipped.ok)
         throw RunTimeError(unzipped.error);
