@@ -27,7 +27,8 @@ struct Server {
         p.start(QStringLiteral("/usr/bin/python3"),
                 {QStringLiteral(VEX_SOURCE_DIR "/tests/support/ftp_server.py"), root, QStringLiteral("site"),
                  QStringLiteral("secret")});
-        p.waitForReadyRead(20000);
+        for (int i = 0; i < 200 && !p.canReadLine() && p.state() != QProcess::NotRunning; ++i)
+            p.waitForReadyRead(100);
         const QList<QByteArray> w = p.readLine().trimmed().split(' ');
         port = w.size() == 2 ? w[1].toInt() : 0;
     }
