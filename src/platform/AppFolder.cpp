@@ -42,9 +42,11 @@ QString App_Path(const QString& appDir, const QString& systemPath)
 
 bool Inside_Folder(const QString& root, const QString& path)
 {
+    if (root.isEmpty())
+        return false; // no folder holds anything
     const QString r = QDir::cleanPath(QFileInfo(root).absoluteFilePath());
     const QString p = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
-    return p == r || p.startsWith(r + QLatin1Char('/'));
+    return p == r || p.startsWith(r.endsWith(QLatin1Char('/')) ? r : r + QLatin1Char('/'));
 }
 
 namespace {
@@ -96,6 +98,12 @@ bool Init_App_Folder(const QString& appDir, QString* reason)
         return false;
     if (!Copy_Resource(QStringLiteral(":/MORIX.INI"), App_Path(appDir, "\\MORIX.INI"), reason))
         return false;
+
+    // The spreadsheet templates; a copy the user edited is kept.
+    for (const QString& name : QDir(QStringLiteral(":/Excel")).entryList(QDir::Files)) {
+        if (!Copy_Resource(QStringLiteral(":/Excel/") + name, App_Path(appDir, "\\Excel\\" + name), reason))
+            return false;
+    }
 
     const QString templ = App_Path(appDir, "\\db_temp\\morix.mdb");
     if (!QFileInfo::exists(templ) && !Create_Sqlite_Database(templ, reason))

@@ -178,3 +178,12 @@ TEST_F(Inbox, AReceptionThatCannotWriteSaysWhyBeforeItStarts)
     G().DB->DB_Connection();
     EXPECT_TRUE(Reception_Precheck().isEmpty());
 }
+
+TEST(InsideFolder, RootsOfEveryShape)
+{
+    EXPECT_TRUE(Inside_Folder("/", "/new/x.dat"));
+    EXPECT_TRUE(Inside_Folder("/srv/app", "/srv/app/new/../pack/x.vex"));
+    EXPECT_FALSE(Inside_Folder("/srv/app", "/srv/app/../x"));
+    EXPECT_FALSE(Inside_Folder("/srv/app", "/srv/application/x"));
+    EXPECT_FALSE(Inside_Folder("", "/srv/app/x"));
+}
