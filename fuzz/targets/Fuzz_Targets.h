@@ -32,6 +32,10 @@ void Usb_250(Sandbox& box, std::span<const uint8_t> input);
 void Ntd(Sandbox& box, std::span<const uint8_t> input);
 // File names and filing notes of the inbox.
 void Inbox_Names(Sandbox& box, std::span<const uint8_t> input);
+// A package of any bytes, imported.
+void Package(Sandbox& box, std::span<const uint8_t> input);
+// The names of an FTP listing and the trip files among them.
+void Remote_Names(Sandbox& box, std::span<const uint8_t> input);
 
 const std::vector<Target>& Targets();
 // Null for a name that isn't a target's.
