@@ -52,13 +52,7 @@ protected:
         const QString received = test::Received_Site(&why);
         ASSERT_FALSE(received.isEmpty()) << why.toStdString();
         site = tmp.path() + "/site";
-        for (QDirIterator it(received, QDir::Files, QDirIterator::Subdirectories); it.hasNext();) {
-            const QString f = it.next();
-            const QString target = site + "/" + QDir(received).relativeFilePath(f);
-            QDir().mkpath(QFileInfo(target).absolutePath());
-            QFile::copy(f, target);
-        }
-        QFile::link("Exp", site + "/exp");
+        test::Copy_Tree(received, site);
         // A fleet: the two received days copied under 400 more cars.
         Db_Look db(site + "/db/morix.mdb");
         ASSERT_TRUE(db.Exec("BEGIN"));

@@ -22,23 +22,6 @@ using namespace vex;
 
 namespace {
 
-void Copy_Tree(const QString& from, const QString& to)
-{
-    QDir().mkpath(to);
-    for (QDirIterator it(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); it.hasNext();) {
-        const QString f = it.next();
-        const QString target = to + "/" + QDir(from).relativeFilePath(f);
-        QDir().mkpath(QFileInfo(target).absolutePath());
-        QFile::copy(f, target);
-    }
-    // "exp" is the second name of "Exp", as on the desk.
-    for (QDirIterator it(from, QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot); it.hasNext();) {
-        const QFileInfo link(it.next());
-        if (link.isSymLink())
-            QFile::link(QDir(from).relativeFilePath(link.symLinkTarget()), to + "/" + link.fileName());
-    }
-}
-
 class Keeping : public ::testing::Test {
 protected:
     void SetUp() override
@@ -47,7 +30,7 @@ protected:
         const QString received = test::Received_Site(&why);
         ASSERT_FALSE(received.isEmpty()) << why.toStdString();
         site = tmp.path() + "/site";
-        Copy_Tree(received, site);
+        test::Copy_Tree(received, site);
         session = std::make_unique<test::Site_Session>(site);
         ASSERT_TRUE(session->Ok());
     }
@@ -217,8 +200,8 @@ TEST_F(Keeping, MoveFromAnOlderInstallation)
 {
     // The older installation: this site's database and day files, copied.
     const QString old = tmp.path() + "/old";
-    Copy_Tree(site + "/db", old + "/db");
-    Copy_Tree(site + "/pack", old + "/pack");
+    test::Copy_Tree(site + "/db", old + "/db");
+    test::Copy_Tree(site + "/pack", old + "/pack");
     const auto before = Dump_All();
     for (const QString& t : Day_Tables())
         db().Execute("DELETE * FROM " + t);

@@ -8,6 +8,9 @@
 #include "support/TempApp.h"
 
 #include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
 #include <memory>
 
 namespace vex::test {
@@ -36,6 +39,22 @@ QString Received_Site(QString* reason)
     if (reason)
         *reason = why;
     return site;
+}
+
+void Copy_Tree(const QString& from, const QString& to)
+{
+    QDir().mkpath(to);
+    for (QDirIterator it(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); it.hasNext();) {
+        const QString f = it.next();
+        const QString target = to + QLatin1Char('/') + QDir(from).relativeFilePath(f);
+        QDir().mkpath(QFileInfo(target).absolutePath());
+        QFile::copy(f, target);
+    }
+    for (QDirIterator it(from, QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot); it.hasNext();) {
+        const QFileInfo link(it.next());
+        if (link.isSymLink())
+            QFile::link(QDir(from).relativeFilePath(link.symLinkTarget()), to + QLatin1Char('/') + link.fileName());
+    }
 }
 
 Site_Session::Site_Session(const QString& site) : cwd_(QDir::currentPath())

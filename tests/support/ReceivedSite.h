@@ -14,6 +14,10 @@ inline const QString kSiteDriver = QStringLiteral("000123");
 // sample or the reception failed, with why in reason.
 QString Received_Site(QString* reason = nullptr);
 
+// A copy of the folder from at to, with its links ("exp" for "Exp") as
+// links: a site a test may change.
+void Copy_Tree(const QString& from, const QString& to);
+
 // Main_Start on the site, its database open and the settings loaded; the
 // globals are reset when it goes.
 class Site_Session {
