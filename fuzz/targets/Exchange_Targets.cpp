@@ -35,9 +35,9 @@ void Remote_Names(Sandbox& box, std::span<const uint8_t> input)
     for (const QString& name : Listing_Names(Bytes(input))) {
         if (name.contains(QChar(0)))
             box.Fault(QStringLiteral("a listed name keeps its NUL"));
-        if (Plain_Remote_Name(name) && !Inside_Folder(exp, QDir(exp).filePath(name)))
+        if (Plain_Remote_Name(name) && !Inside_Folder(exp, exp + QLatin1Char('/') + name))
             box.Fault(QStringLiteral("the name '%1' leaves \\exp").arg(name));
-        const QString target = Trip_File_Target(QDir(exp).filePath(name));
+        const QString target = Trip_File_Target(exp + QLatin1Char('/') + name);
         if (target.isEmpty())
             continue;
         const QStringList parts = QDir(pack).relativeFilePath(target).split(QLatin1Char('/'));

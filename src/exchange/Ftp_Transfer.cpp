@@ -96,7 +96,9 @@ QStringList Listing_Names(const QByteArray& listing)
 
 bool Plain_Remote_Name(const QString& name)
 {
-    return !name.isEmpty() && name != QLatin1String(".") && name != QLatin1String("..") && !name.contains(QLatin1Char('/'))
+    // A leading ':' would make a path of the program's resources.
+    return !name.isEmpty() && !name.startsWith(QLatin1Char(':')) && name != QLatin1String(".")
+           && name != QLatin1String("..") && !name.contains(QLatin1Char('/'))
            && !name.contains(QLatin1Char('\\')) && !name.contains(QLatin1String("..")) && name.toUtf8().size() <= 255
            && !name.endsWith(QLatin1String(".part"));
 }
@@ -151,8 +153,8 @@ Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::f
         }
         if (each)
             each(name);
-        const QString target = QDir(expDir).filePath(name);
-        const QString part = QDir(expDir).filePath(QStringLiteral(".") + name + QStringLiteral(".part"));
+        const QString target = expDir + QLatin1Char('/') + name;
+        const QString part = expDir + QStringLiteral("/.") + name + QStringLiteral(".part");
         QFile out(part);
         if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
             pass.error = QStringLiteral("cannot write ") + part;

@@ -31,7 +31,7 @@ Ftp_Settings Ftp_Settings_Of(const Cls_Config& cfg);
 QStringList Listing_Names(const QByteArray& listing);
 
 // True for a listed name that may be a file of "\exp": not empty, no
-// separator, no "..", at most 255 bytes.
+// separator, no "..", no leading ':', at most 255 bytes.
 bool Plain_Remote_Name(const QString& name);
 
 // How one pass ended.

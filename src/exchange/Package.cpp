@@ -29,6 +29,7 @@ using Zip_Handle = std::unique_ptr<zip_t, Zip_Closer>;
 bool Safe_Entry_Name(const QString& name)
 {
     if (name.isEmpty() || name.contains(QLatin1Char('\\')) || name.contains(QChar(0)) || name.startsWith(QLatin1Char('/'))
+        || name.startsWith(QLatin1Char(':'))
         || (name.size() >= 2 && name[1] == QLatin1Char(':')))
         return false;
     for (const QString& part : name.split(QLatin1Char('/'), Qt::SkipEmptyParts))
@@ -137,7 +138,7 @@ Unzip_Result UnZip_Make(const QString& zipPath, const QString& destDir)
         files.emplace_back(zip_uint64_t(i), name);
     }
     for (const auto& [index, name] : files) {
-        const QString target = QDir(destDir).filePath(name);
+        const QString target = destDir + QLatin1Char('/') + name;
         QDir().mkpath(QFileInfo(target).absolutePath());
         std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> in(zip_fopen_index(z.get(), index, 0), zip_fclose);
         QSaveFile out(target);
