@@ -14,7 +14,8 @@ PACKAGES=(
   libzip-dev libcurl4-openssl-dev libpugixml-dev mdbtools-dev unixodbc-dev
   # tests
   googletest libgtest-dev postgresql odbc-postgresql sqlite3 fonts-noto-cjk
-  xvfb xauth poppler-utils python3-openpyxl python3-pyftpdlib
+  xvfb xauth poppler-utils python3-openpyxl python3-pyftpdlib python3-xlsxwriter
+  libreoffice-calc-nogui
   # printing: a CUPS server and its PDF printer for the tests of the print path
   cups cups-client printer-driver-cups-pdf
 )

@@ -40,6 +40,8 @@ int Cmd_Month(Context& ctx);
 int Cmd_Standards(Context& ctx);
 int Cmd_Recalc(Context& ctx);
 int Cmd_Report(Context& ctx);
+int Cmd_Excel(Context& ctx);
+int Cmd_Fuel(Context& ctx);
 int Cmd_Optimise(Context& ctx);
 int Cmd_Backup(Context& ctx);
 int Cmd_Export(Context& ctx);

@@ -38,6 +38,11 @@ const Command kCommands[] = {
      "drive-day|inspection-day|sections|operation CAR DRIVER YYMMDD; operation-360 CAR DRIVER YYMMDD HH; "
      "quick-brake CAR; avg-day --from --to; day-avg --car --driver --from --to: a printed report",
      Cmd_Report},
+    {"excel", "excel KIND [--car CODE] [--driver CODE] --from YYMMDD --to YYMMDD [--out FILE.xlsx]",
+     "overspeed|longover|idle|brake|quick_speed|carday|carday1|driverday1|day_fuel (the day of --from): a spreadsheet report from its template",
+     Cmd_Excel},
+    {"fuel", "fuel day YYMMDD | fuel month YYMM --speed N --rates OVER,ACCEL,IDLE,BRAKE --price P",
+     "the fuel estimate of a day's trips, or the excess fuel cost of a month by car", Cmd_Fuel},
     {"optimise", "optimise", "compact the database (in place at the next start; VACUUM ANALYZE on a server)",
      Cmd_Optimise},
     {"backup", "backup --from YYMMDD --to YYMMDD", "move a period out into \\exp\\FROMTO.zip and compact",

@@ -4,11 +4,13 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
+#include "forms/Excel_Show.h"
 #include "forms/Frm_oversp.h"
 #include "forms/Msg_Box.h"
 #include "forms/frmReport_Operation.h"
 #include "forms/frmReport_SecOperation.h"
 #include "forms/logic/View_Logic.h"
+#include "reports/Excel_Grid.h"
 #include "store/Cls_DB.h"
 
 #include <QHBoxLayout>
@@ -51,7 +53,7 @@ Frm_daydrive::Frm_daydrive(QWidget* parent) : Vex_Form(QString::fromLatin1(kName
     connect(TDBDate1, &QDateEdit::dateChanged, this, &Frm_daydrive::Show_Day);
     // Both outputs fill the "daystatus.xlt" template, which comes with the reports.
     connect(Command1, &QPushButton::clicked, this, [] { Not_Built(QStringLiteral("daystatus.xlt")); });
-    connect(Command2, &QPushButton::clicked, this, [] { Not_Built(QStringLiteral("daystatus.xlt")); });
+    connect(Command2, &QPushButton::clicked, this, &Frm_daydrive::Excel_Export);
 
     auto* top = new QHBoxLayout;
     top->addWidget(new QLabel(LoadResString(1033), this));
@@ -100,6 +102,26 @@ void Frm_daydrive::Show_Day()
         }
     });
     Grid1->resizeColumnsToContents();
+}
+
+void Frm_daydrive::Excel_Export()
+{
+    // The grid as it stands, without the two view columns.
+    Excel_Grid grid;
+    grid.templ = QStringLiteral("daystatus.xltx");
+    grid.report = QStringLiteral("daystatus");
+    grid.title = LoadResString(1256);
+    grid.periodLabel = LoadResString(1033);
+    grid.period = TDBDate1->date().toString(QStringLiteral("yy-MM-dd"));
+    for (int c = 0; c < kMinuteColumn; ++c)
+        grid.heads << Grid1->horizontalHeaderItem(c)->text();
+    for (int r = 0; r < Grid1->rowCount(); ++r) {
+        QStringList cells;
+        for (int c = 0; c < kMinuteColumn; ++c)
+            cells << (Grid1->item(r, c) ? Grid1->item(r, c)->text() : QString());
+        grid.rows.push_back(cells);
+    }
+    Excel_Show(Excel_Grid_Export(G().App_Dir, grid));
 }
 
 void Frm_daydrive::Cell_Clicked(int row, int column)

@@ -25,6 +25,7 @@ public:
     void Show_Day();
     // A click on a cell: the last two columns open the views.
     void Cell_Clicked(int row, int column);
+    void Excel_Export(); // "Excel": the grid into daystatus.xltx
     void Row_Double_Clicked(int row);
 
 private:

@@ -5,6 +5,7 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
+#include "forms/Excel_Show.h"
 #include "forms/Msg_Box.h"
 #include "forms/frmReport_AvgDay.h"
 #include "forms/frmReport_DriveDay1.h"
@@ -224,6 +225,13 @@ void frmReport_Main::Command1_Click()
             auto* day = Open<frmReport_DriveDay1>(parentWidget());
             if (!day->Show_Day())
                 day->close();
+        } else if (option_ >= 2 && option_ <= 6) {
+            // The event lists as workbooks from their templates.
+            static constexpr Excel_Result (*kLists[])(Cls_DB&, const QString&, const Excel_Selection&,
+                                                      const QString&) = {
+                CAL_QUICK_BRAKE, CAL_RECORD_DATA, CAL_LONG_OVER, CAL_TIME_SPEED, CAL_SECTION_RUN};
+            const Excel_Selection excel{sel.Car_Code, sel.Driver_Code, sel.Start_Date, sel.End_Date};
+            Excel_Show(kLists[option_ - 2](*G().DB, G().App_Dir, excel, {}));
         } else {
             Not_Built(Option_Caption(option_));
         }

@@ -198,9 +198,9 @@ TEST_F(ViewsTest, EveryViewIsReachedFromTheMainWindow)
     EXPECT_EQ(sec->Hour(), 9);
     EXPECT_TRUE(msgs.seen.empty()) << msgs.Last().toStdString();
     // The other analyses come with the reports and say so.
-    main->Option_Button_Change(3);
+    main->Option_Button_Change(8);
     QTest::mouseClick(main->Command1, Qt::LeftButton);
-    EXPECT_TRUE(msgs.Last().contains(LoadResString(711)));
+    EXPECT_TRUE(msgs.Last().contains("속도/RPM/Batt 출력"));
     EXPECT_TRUE(msgs.Last().contains("not built"));
 
     // The quick-brake chart: a USB day keeps no buffers.

@@ -1,0 +1,93 @@
+// vexcli excel KIND ...: the spreadsheet reports through the same routines
+// as the analysis and reference forms.
+#include "cli/Commands.h"
+#include "cli/Graph_Output.h"
+
+#include "core/Mod_Main.h"
+#include "core/VbText.h"
+#include "reports/Excel_Grid.h"
+#include "store/Cls_DB.h"
+
+#include <QFileInfo>
+#include <map>
+
+namespace vex::cli {
+
+namespace {
+
+using Excel_Routine = Excel_Result (*)(Cls_DB&, const QString&, const Excel_Selection&, const QString&);
+
+struct Excel_Kind {
+    Excel_Routine run;
+    bool needsCar;
+    bool needsDriver;
+};
+
+const std::map<QString, Excel_Kind>& Kinds()
+{
+    static const std::map<QString, Excel_Kind> kinds = {
+        {QStringLiteral("overspeed"), {CAL_RECORD_DATA, true, true}},
+        {QStringLiteral("longover"), {CAL_LONG_OVER, true, true}},
+        {QStringLiteral("idle"), {CAL_SECTION_RUN, true, true}},
+        {QStringLiteral("brake"), {CAL_QUICK_BRAKE, true, true}},
+        {QStringLiteral("quick_speed"), {CAL_TIME_SPEED, true, true}},
+        {QStringLiteral("carday"), {Excel_Car_Day, true, false}},
+        {QStringLiteral("carday1"), {Excel_All_Cars_Day, false, false}},
+        {QStringLiteral("driverday1"), {Excel_Driver_Day, false, true}},
+        {QStringLiteral("day_fuel"), {Excel_Day_Fuel, false, false}},
+    };
+    return kinds;
+}
+
+int Usage_Error(Context& ctx, const QString& what)
+{
+    QStringList names;
+    for (const auto& [name, kind] : Kinds())
+        names << name;
+    ctx.err << "vexcli: " << what << "\n"
+            << "  excel " << names.join(QLatin1Char('|'))
+            << " [--car CODE] [--driver CODE] --from YYMMDD --to YYMMDD [--out FILE.xlsx]\n";
+    return 2;
+}
+
+bool Day_Text(const QString& s)
+{
+    return s.size() == 6 && All_Digits(s);
+}
+
+} // namespace
+
+int Cmd_Excel(Context& ctx)
+{
+    QStringList args = ctx.args;
+    const QString name = args.isEmpty() ? QString() : args.takeFirst();
+    const auto kind = Kinds().find(name);
+    if (kind == Kinds().end())
+        return Usage_Error(ctx, QStringLiteral("no report kind ") + name);
+    Excel_Selection sel;
+    sel.car = Take_Option(args, QStringLiteral("--car"));
+    sel.driver = Take_Option(args, QStringLiteral("--driver"));
+    sel.from = Take_Option(args, QStringLiteral("--from"));
+    sel.to = Take_Option(args, QStringLiteral("--to"));
+    QString out = Take_Option(args, QStringLiteral("--out"));
+    if (!out.isEmpty())
+        out = QFileInfo(out).absoluteFilePath();
+    const bool ok = args.isEmpty() && Day_Text(sel.from) && Day_Text(sel.to) && sel.from <= sel.to &&
+                    (!kind->second.needsCar || sel.car.size() == 6) &&
+                    (!kind->second.needsDriver || sel.driver.size() == 6) &&
+                    (out.isEmpty() || out.endsWith(QLatin1String(".xlsx"), Qt::CaseInsensitive));
+    if (!ok)
+        return Usage_Error(ctx, QStringLiteral("wrong words for excel ") + name);
+    if (!Start_App(ctx) || !Load_App_Settings(ctx))
+        return 2;
+
+    const Excel_Result r = kind->second.run(*G().DB, G().App_Dir, sel, out);
+    if (r.outcome == Excel_Result::Written) {
+        ctx.out << r.path << "\n";
+        return 0;
+    }
+    ctx.err << r.message << "\n";
+    return r.outcome == Excel_Result::No_Data ? 1 : 2;
+}
+
+} // namespace vex::cli

@@ -1,0 +1,92 @@
+// vexcli fuel day|month: the fuel estimates of a day and the excess cost of
+// a month, printed as the forms' grids.
+#include "cli/Commands.h"
+#include "cli/Graph_Output.h"
+
+#include "analysis/Fuel.h"
+#include "core/Cls_Config.h"
+#include "core/Err_Proc.h"
+#include "core/Mod_Main.h"
+#include "core/VbText.h"
+#include "store/Cls_DB.h"
+
+namespace vex::cli {
+
+namespace {
+
+int Usage_Error(Context& ctx, const QString& what)
+{
+    ctx.err << "vexcli: " << what << "\n"
+            << "  fuel day YYMMDD\n"
+            << "  fuel month YYMM --speed N --rates OVER,ACCEL,IDLE,BRAKE --price P\n";
+    return 2;
+}
+
+QString Fixed(double v, int places)
+{
+    return QString::number(v, 'f', places);
+}
+
+void Print_Day(Context& ctx, const Fuel_Day& day)
+{
+    ctx.out << "순위\t자동차 코드\t운전원 코드\t주행거리(km)\t"
+            << "연료소모량(liter)\t과소모량(liter)\t연비(km/liter)\n";
+    for (const Fuel_Day_Row& r : day.rows)
+        ctx.out << r.rank << '\t' << r.car << '\t' << r.driver << '\t' << Fixed(r.km, 1) << '\t'
+                << Fixed(r.litres, 2) << '\t' << Fixed(r.excess, 2) << '\t' << Fixed(r.kmPerLitre, 3) << '\n';
+}
+
+void Print_Month(Context& ctx, const std::vector<Fuel_Month_Row>& rows)
+{
+    ctx.out << "순위\t자동차 코드\t과속거리(km)\t급제동\t급가속\tIDLE 시간(분)\t초과 사용비\n";
+    for (const Fuel_Month_Row& r : rows)
+        ctx.out << (r.rank ? QString::number(r.rank) : QString()) << '\t' << r.car << '\t' << Fixed(r.overKm, 1)
+                << '\t' << r.brakes << '\t' << r.accels << '\t' << r.idleMinutes << '\t'
+                << QLocale(QLocale::English).toString(r.cost, 'f', 1) << '\n';
+}
+
+} // namespace
+
+int Cmd_Fuel(Context& ctx)
+{
+    QStringList args = ctx.args;
+    const QString kind = args.isEmpty() ? QString() : args.takeFirst();
+    Fuel_Rates rates;
+    if (kind == QLatin1String("day")) {
+        if (args.size() != 1 || args[0].size() != 6 || !All_Digits(args[0]))
+            return Usage_Error(ctx, QStringLiteral("fuel day takes YYMMDD"));
+    } else if (kind == QLatin1String("month")) {
+        bool ok = true, okSpeed = false, okPrice = false;
+        rates.speed = Take_Option(args, QStringLiteral("--speed")).toInt(&okSpeed);
+        rates.price = Take_Option(args, QStringLiteral("--price")).toDouble(&okPrice);
+        const QStringList r = Take_Option(args, QStringLiteral("--rates")).split(QLatin1Char(','));
+        double* into[] = {&rates.over, &rates.accel, &rates.idle, &rates.brake};
+        ok = r.size() == 4;
+        for (int i = 0; ok && i < 4; ++i)
+            *into[i] = r[i].toDouble(&ok);
+        if (!ok || !okSpeed || !okPrice || args.size() != 1 || args[0].size() != 4 || !All_Digits(args[0]))
+            return Usage_Error(ctx, QStringLiteral("wrong words for fuel month"));
+    } else {
+        return Usage_Error(ctx, QStringLiteral("fuel day|month"));
+    }
+    if (!Start_App(ctx) || !Load_App_Settings(ctx))
+        return 2;
+    try {
+        if (kind == QLatin1String("day")) {
+            const Fuel_Day day = Fuel_Estimate_Day(*G().DB, G().Config->U_PackDir, args[0]);
+            Print_Day(ctx, day);
+            if (!day.error.isEmpty()) {
+                ctx.err << "vexcli: " << day.error << "\n";
+                return 1;
+            }
+        } else {
+            Print_Month(ctx, Fuel_Excess_Month(*G().DB, args[0], rates, G().Config->B_Val12));
+        }
+    } catch (const std::exception& e) {
+        ctx.err << "vexcli: " << e.what() << "\n";
+        return 2;
+    }
+    return 0;
+}
+
+} // namespace vex::cli
