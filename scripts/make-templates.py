@@ -113,8 +113,8 @@ TEMPLATES = {
 }
 
 
-def build(name, spec, out_dir):
-    sheet, title, captions, record_row, columns, width, header, formats = spec
+def build(name, layout, out_dir):
+    sheet, title, captions, record_row, columns, width, header, formats = layout
     wb = Workbook()
     ws = wb.active
     ws.title = sheet
@@ -166,8 +166,8 @@ def main():
     here = os.path.dirname(os.path.abspath(__file__))
     out_dir = sys.argv[1] if len(sys.argv) > 1 else os.path.join(here, "..", "src", "resources", "Excel")
     os.makedirs(out_dir, exist_ok=True)
-    for name, spec in TEMPLATES.items():
-        build(name, spec, out_dir)
+    for name, layout in TEMPLATES.items():
+        build(name, layout, out_dir)
 
 
 if __name__ == "__main__":
