@@ -42,6 +42,8 @@ int Inbox_Pass(const std::function<void(const Inbox_File&)>& done)
     // Hidden names too: on the desk a name such as "..x.dat" is no hidden file.
     for (const QString& name : inbox.entryList(QDir::Files | QDir::Hidden, QDir::Name | QDir::IgnoreCase)) {
         const QString ending = QFileInfo(name).suffix().toUpper();
+        if (Is_Speed_File_Name(name))
+            continue; // the user's seconds export, no recording
         const QString path = inbox.filePath(name);
         Inbox_File file{name, ending};
         bool keep = false;

@@ -36,6 +36,19 @@ std::optional<Dat130_Name> Parse_Dat130_Name(const QString& fileName)
     return name;
 }
 
+QString Speed_File_Name(const QString& car, const QString& driver, const QString& from, const QString& to)
+{
+    return QStringList{car, driver, from, to}.join(QLatin1Char('_')) + QStringLiteral(".dat");
+}
+
+bool Is_Speed_File_Name(const QString& fileName)
+{
+    if (!fileName.endsWith(QLatin1String(".dat"), Qt::CaseInsensitive))
+        return false;
+    const QStringList parts = fileName.chopped(4).split(QLatin1Char('_'));
+    return parts.size() == 4 && parts[0].size() == 6 && parts[1].size() == 6 && Is_Day(parts[2]) && Is_Day(parts[3]);
+}
+
 QByteArray Filing_Note_Text(const Filing_Note& note)
 {
     return QStringLiteral("car=%1\ndriver=%2\nfrom=%3\nto=%4\n").arg(note.car, note.driver, note.from, note.to).toLatin1();

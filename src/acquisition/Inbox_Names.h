@@ -25,6 +25,11 @@ struct Dat130_Name {
 };
 std::optional<Dat130_Name> Parse_Dat130_Name(const QString& fileName);
 
+// "<car>_<driver>_<from>_<to>.dat": the seconds export written into \new
+// for the user, which the inbox passes over as no recording.
+QString Speed_File_Name(const QString& car, const QString& driver, const QString& from, const QString& to);
+bool Is_Speed_File_Name(const QString& fileName);
+
 // The reception a filed log belongs to: codes of its medium and the dates
 // of the dialog (YYMMDD, both included).
 struct Filing_Note {

@@ -1,10 +1,14 @@
 #include "analysis/Fuel.h"
 
 #include "analysis/New_Standards.h"
+#include "analysis/Status_Grids.h"
+#include "core/Messages.h"
 #include "core/Err_Proc.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
+
+#include <QLocale>
 
 namespace vex {
 
@@ -155,6 +159,36 @@ std::vector<Fuel_Month_Row> Fuel_Excess_Month(Cls_DB& db, const QString& yymm, c
     if (!rows.empty())
         rows.push_back(sum);
     return rows;
+}
+
+Grid_Table Fuel_Day_Table(const Fuel_Day& day)
+{
+    Grid_Table g;
+    g.heads = {LoadResString(1265),         LoadResString(632),
+               LoadResString(633),          QStringLiteral("주행거리(km)"),
+               QStringLiteral("연료소모량(liter)"), QStringLiteral("과소모량(liter)"),
+               QStringLiteral("연비(km/liter)")};
+    for (const Fuel_Day_Row& r : day.rows) {
+        g.rows.push_back({QString::number(r.rank), r.car, r.driver, QString::number(r.km, 'f', 1),
+                          QString::number(r.litres, 'f', 2), QString::number(r.excess, 'f', 2),
+                          QString::number(r.kmPerLitre, 'f', 3)});
+        g.keys << r.car + r.driver;
+    }
+    return g;
+}
+
+Grid_Table Fuel_Month_Table(const std::vector<Fuel_Month_Row>& rows)
+{
+    Grid_Table g;
+    g.heads = {LoadResString(1265), LoadResString(632), QStringLiteral("과속거리(km)"), QStringLiteral("급제동"),
+               QStringLiteral("급가속"), QStringLiteral("IDLE 시간(분)"), QStringLiteral("초과 사용비")};
+    for (const Fuel_Month_Row& r : rows) {
+        g.rows.push_back({r.rank ? QString::number(r.rank) : QString(), r.car, QString::number(r.overKm, 'f', 1),
+                          QString::number(r.brakes), QString::number(r.accels), QString::number(r.idleMinutes),
+                          QLocale(QLocale::English).toString(r.cost, 'f', 1)});
+        g.keys << r.car;
+    }
+    return g;
 }
 
 } // namespace vex

@@ -56,4 +56,10 @@ std::vector<Fuel_Month_Row> Fuel_Excess_Month(Cls_DB& db, const QString& yymm, c
                                               int idleMinutesPerEvent);
 double Fuel_Excess_Cost(const Fuel_Month_Row& row, const Fuel_Rates& rates);
 
+// The two grids as the fuel windows show them, figures in their formats
+// ("#0.0", "#0.00", "#0.000"; "##,##0.0" for the cost).
+struct Grid_Table;
+Grid_Table Fuel_Day_Table(const Fuel_Day& day);
+Grid_Table Fuel_Month_Table(const std::vector<Fuel_Month_Row>& rows);
+
 } // namespace vex

@@ -21,8 +21,10 @@ struct Excel_Kind {
     Excel_Routine run;
     bool needsCar;
     bool needsDriver;
+    const char* ending = ".xlsx"; // of the file written
 };
 
+// Reports of a day take the day of --from, those of a month its month.
 const std::map<QString, Excel_Kind>& Kinds()
 {
     static const std::map<QString, Excel_Kind> kinds = {
@@ -31,9 +33,18 @@ const std::map<QString, Excel_Kind>& Kinds()
         {QStringLiteral("idle"), {CAL_SECTION_RUN, true, true}},
         {QStringLiteral("brake"), {CAL_QUICK_BRAKE, true, true}},
         {QStringLiteral("quick_speed"), {CAL_TIME_SPEED, true, true}},
+        {QStringLiteral("bat"), {CAL_SPEED_DIST, true, true}},
+        {QStringLiteral("speedfile"), {CAL_SPEED_FILE, true, true, ".dat"}},
         {QStringLiteral("carday"), {Excel_Car_Day, true, false}},
         {QStringLiteral("carday1"), {Excel_All_Cars_Day, false, false}},
+        {QStringLiteral("cartotal"), {Excel_Car_Total, false, false}},
         {QStringLiteral("driverday1"), {Excel_Driver_Day, false, true}},
+        {QStringLiteral("drivertotal1"), {Excel_Driver_Total, false, false}},
+        {QStringLiteral("speedrate"), {Excel_Speed_Rate, false, false}},
+        {QStringLiteral("daystatus"), {Excel_Day_Drive, false, false}},
+        {QStringLiteral("carcondition"), {Excel_Car_Condition, false, false}},
+        {QStringLiteral("daystatus2"), {Excel_Day_Status, false, false}},
+        {QStringLiteral("daydr"), {Excel_Day_Report, false, false}},
         {QStringLiteral("day_fuel"), {Excel_Day_Fuel, false, false}},
     };
     return kinds;
@@ -46,7 +57,9 @@ int Usage_Error(Context& ctx, const QString& what)
         names << name;
     ctx.err << "vexcli: " << what << "\n"
             << "  excel " << names.join(QLatin1Char('|'))
-            << " [--car CODE] [--driver CODE] --from YYMMDD --to YYMMDD [--out FILE.xlsx]\n";
+            << " [--car CODE] [--driver CODE] --from YYMMDD --to YYMMDD [--out FILE.xlsx]\n"
+            << "  (daystatus, daydr, day_fuel: the day of --from; carcondition, daystatus2: its month,\n"
+            << "   by driver when --driver is given; bat and speedfile: every second of the period)\n";
     return 2;
 }
 
@@ -75,8 +88,10 @@ int Cmd_Excel(Context& ctx)
     const bool ok = args.isEmpty() && Day_Text(sel.from) && Day_Text(sel.to) && sel.from <= sel.to &&
                     (!kind->second.needsCar || sel.car.size() == 6) &&
                     (!kind->second.needsDriver || sel.driver.size() == 6) &&
-                    (out.isEmpty() || out.endsWith(QLatin1String(".xlsx"), Qt::CaseInsensitive));
-    if (!ok)
+                    (out.isEmpty() || out.endsWith(QLatin1String(kind->second.ending), Qt::CaseInsensitive));
+    // daystatus2 is one car's or one driver's month.
+    const bool oneOfThem = name != QLatin1String("daystatus2") || sel.car.size() == 6 || sel.driver.size() == 6;
+    if (!ok || !oneOfThem)
         return Usage_Error(ctx, QStringLiteral("wrong words for excel ") + name);
     if (!Start_App(ctx) || !Load_App_Settings(ctx))
         return 2;

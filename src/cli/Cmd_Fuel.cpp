@@ -4,6 +4,7 @@
 #include "cli/Graph_Output.h"
 
 #include "analysis/Fuel.h"
+#include "analysis/Status_Grids.h"
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
@@ -22,27 +23,12 @@ int Usage_Error(Context& ctx, const QString& what)
     return 2;
 }
 
-QString Fixed(double v, int places)
+// A grid as the window shows it, tab-separated.
+void Print_Table(Context& ctx, const Grid_Table& table)
 {
-    return QString::number(v, 'f', places);
-}
-
-void Print_Day(Context& ctx, const Fuel_Day& day)
-{
-    ctx.out << "순위\t자동차 코드\t운전원 코드\t주행거리(km)\t"
-            << "연료소모량(liter)\t과소모량(liter)\t연비(km/liter)\n";
-    for (const Fuel_Day_Row& r : day.rows)
-        ctx.out << r.rank << '\t' << r.car << '\t' << r.driver << '\t' << Fixed(r.km, 1) << '\t'
-                << Fixed(r.litres, 2) << '\t' << Fixed(r.excess, 2) << '\t' << Fixed(r.kmPerLitre, 3) << '\n';
-}
-
-void Print_Month(Context& ctx, const std::vector<Fuel_Month_Row>& rows)
-{
-    ctx.out << "순위\t자동차 코드\t과속거리(km)\t급제동\t급가속\tIDLE 시간(분)\t초과 사용비\n";
-    for (const Fuel_Month_Row& r : rows)
-        ctx.out << (r.rank ? QString::number(r.rank) : QString()) << '\t' << r.car << '\t' << Fixed(r.overKm, 1)
-                << '\t' << r.brakes << '\t' << r.accels << '\t' << r.idleMinutes << '\t'
-                << QLocale(QLocale::English).toString(r.cost, 'f', 1) << '\n';
+    ctx.out << table.heads.join(QLatin1Char('\t')) << '\n';
+    for (const QStringList& row : table.rows)
+        ctx.out << row.join(QLatin1Char('\t')) << '\n';
 }
 
 } // namespace
@@ -74,13 +60,13 @@ int Cmd_Fuel(Context& ctx)
     try {
         if (kind == QLatin1String("day")) {
             const Fuel_Day day = Fuel_Estimate_Day(*G().DB, G().Config->U_PackDir, args[0]);
-            Print_Day(ctx, day);
+            Print_Table(ctx, Fuel_Day_Table(day));
             if (!day.error.isEmpty()) {
                 ctx.err << "vexcli: " << day.error << "\n";
                 return 1;
             }
         } else {
-            Print_Month(ctx, Fuel_Excess_Month(*G().DB, args[0], rates, G().Config->B_Val12));
+            Print_Table(ctx, Fuel_Month_Table(Fuel_Excess_Month(*G().DB, args[0], rates, G().Config->B_Val12)));
         }
     } catch (const std::exception& e) {
         ctx.err << "vexcli: " << e.what() << "\n";

@@ -1,6 +1,7 @@
 // The windows this program has, by the names the tree and the buttons open
 // them by.
 #include "forms/Form_regio.h"
+#include "forms/Frm_consume.h"
 #include "forms/Frm_daydrive.h"
 #include "forms/Frm_oversp.h"
 #include "forms/Frm_drv.h"
@@ -23,13 +24,18 @@
 #include "forms/frmReport_DriveDay1.h"
 #include "forms/frmReport_Main.h"
 #include "forms/frmReport_Operation.h"
+#include "forms/frmReport_Reference.h"
 #include "forms/frmReport_QuickBrake.h"
 #include "forms/frmReport_SecOperation.h"
 #include "forms/frm_About.h"
+#include "forms/frm_CarCondition.h"
 #include "forms/frm_Config.h"
 #include "forms/frm_Equipment.h"
 #include "forms/frm_Nosun.h"
 #include "forms/frm_Pack_check.h"
+#include "forms/frm_dayreport.h"
+#include "forms/frm_daystatus.h"
+#include "forms/frm_overfuel.h"
 
 #include <functional>
 #include <map>
@@ -59,7 +65,9 @@ Vex_Form* Create_Form(const QString& name, QWidget* parent)
         Entry<frmDB_Main>(),      Entry<frmDB_Main1>(),        Entry<frmPack_export>(),
         Entry<frmPack_export1>(), Entry<frmPack_export2>(),    Entry<frmPack_delete>(),
         Entry<frm_DBk>(),         Entry<frm_dbmove>(),          Entry<Frm_st>(),
-        Entry<frmRegister_Average>(), Entry<frmReport_DriveDay1>(),
+        Entry<frmRegister_Average>(), Entry<frmReport_DriveDay1>(), Entry<frmReport_Reference>(),
+        Entry<frm_CarCondition>(), Entry<frm_daystatus>(),     Entry<frm_dayreport>(),
+        Entry<Frm_consume>(),     Entry<Frm_consume1>(),       Entry<frm_overfuel>(),
     };
     auto it = factory.find(name);
     return it == factory.end() ? nullptr : it->second(parent);
@@ -77,7 +85,10 @@ QStringList Built_Forms()
             QStringLiteral("frmDB_Main"), QStringLiteral("frmDB_Main1"), QStringLiteral("frmPack_export"),
             QStringLiteral("frmPack_export1"), QStringLiteral("frmPack_export2"), QStringLiteral("frmPack_delete"),
             QStringLiteral("frm_DBk"), QStringLiteral("frm_dbmove"), QStringLiteral("Frm_st"),
-            QStringLiteral("frmRegister_Average"), QStringLiteral("frmReport_DriveDay1")};
+            QStringLiteral("frmRegister_Average"), QStringLiteral("frmReport_DriveDay1"),
+            QStringLiteral("frmReport_Reference"), QStringLiteral("frm_CarCondition"), QStringLiteral("frm_daystatus"),
+            QStringLiteral("frm_dayreport"), QStringLiteral("Frm_consume"), QStringLiteral("Frm_consume1"),
+            QStringLiteral("frm_overfuel")};
 }
 
 } // namespace vex::forms

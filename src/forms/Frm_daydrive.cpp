@@ -5,7 +5,9 @@
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
 #include "forms/Excel_Show.h"
+#include "forms/Frm_consume.h"
 #include "forms/Frm_oversp.h"
+#include "forms/Grid_View.h"
 #include "forms/Msg_Box.h"
 #include "forms/frmReport_Operation.h"
 #include "forms/frmReport_SecOperation.h"
@@ -14,7 +16,6 @@
 #include "store/Cls_DB.h"
 
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -35,25 +36,21 @@ Frm_daydrive::Frm_daydrive(QWidget* parent) : Vex_Form(QString::fromLatin1(kName
     TDBDate1->setCalendarPopup(true);
     Command1 = new QPushButton(LoadResString(704), this);
     Command2 = new QPushButton(QStringLiteral("Excel"), this);
-    Grid1 = new QTableWidget(this);
-    Grid1->setObjectName(QStringLiteral("Grid1"));
-    Grid1->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    Grid1->setSelectionBehavior(QAbstractItemView::SelectRows);
+    Grid1 = New_Grid(this, "Grid1");
     Grid1->setMinimumSize(1000, 300); // every column, the two of the views too
-    const QStringList heads = {LoadResString(1265), LoadResString(632),  LoadResString(633),
-                               LoadResString(846),  LoadResString(847),  LoadResString(1154),
-                               LoadResString(1157), LoadResString(1155), LoadResString(1156),
-                               QStringLiteral("Idle"), LoadResString(830), QStringLiteral("주행거리"),
-                               QStringLiteral("분당 운행그래프"), LoadResString(1298)};
-    Grid1->setColumnCount(int(heads.size()));
-    Grid1->setHorizontalHeaderLabels(heads);
-    Grid1->verticalHeader()->hide();
+    Command3 = new QPushButton(QStringLiteral("연료소모량"), this);
+    Command3->setObjectName(QStringLiteral("Command3"));
     connect(Grid1, &QTableWidget::cellClicked, this, &Frm_daydrive::Cell_Clicked);
     connect(Grid1, &QTableWidget::cellDoubleClicked, this, [this](int row, int) { Row_Double_Clicked(row); });
     connect(TDBDate1, &QDateEdit::dateChanged, this, &Frm_daydrive::Show_Day);
-    // Both outputs fill the "daystatus.xlt" template, which comes with the reports.
-    connect(Command1, &QPushButton::clicked, this, [] { Not_Built(QStringLiteral("daystatus.xlt")); });
+    connect(Command1, &QPushButton::clicked, this, [this] {
+        Print_Grid(this, windowTitle(), LoadResString(1033) + QStringLiteral(" ") +
+                                            TDBDate1->date().toString(QStringLiteral("yyyy-MM-dd")), table_);
+    });
     connect(Command2, &QPushButton::clicked, this, &Frm_daydrive::Excel_Export);
+    // The fuel estimate of the same day.
+    connect(Command3, &QPushButton::clicked, this,
+            [this] { Open<Frm_consume1>(parentWidget())->Show_Day(TDBDate1->date()); });
 
     auto* top = new QHBoxLayout;
     top->addWidget(new QLabel(LoadResString(1033), this));
@@ -61,6 +58,7 @@ Frm_daydrive::Frm_daydrive(QWidget* parent) : Vex_Form(QString::fromLatin1(kName
     top->addStretch();
     top->addWidget(Command1);
     top->addWidget(Command2);
+    top->addWidget(Command3);
     auto* box = new QVBoxLayout(this);
     box->addLayout(top);
     box->addWidget(Grid1, 1);
@@ -83,45 +81,17 @@ Frm_daydrive::Frm_daydrive(QWidget* parent) : Vex_Form(QString::fromLatin1(kName
 
 void Frm_daydrive::Show_Day()
 {
-    Grid1->setRowCount(0);
-    keys_.clear();
-    Guarded(1056, [&] {
-        const QString day = TDBDate1->date().toString(QStringLiteral("yyMMdd"));
-        Recordset rs = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE D_F4 = ? ORDER BY D_F1"), {day});
-        int row = 0;
-        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext(), ++row) {
-            auto T = [&](const char* f) { return rs.Text(QLatin1String(f)); };
-            const QStringList cells = {QString::number(row + 1), T("D_F2"), T("D_F3"), Time4_To_Text(T("D_F5")),
-                                       Time4_To_Text(T("D_F7")), T("D_F11"), T("D_F10"), T("D_F9"), T("D_F13"),
-                                       T("D_F12"), T("D_F14"), QString::number(Val(T("D_F8")) / 10, 'f', 1),
-                                       QStringLiteral("분당 운행그래프"), QStringLiteral("초당 운행 그래프")};
-            Grid1->insertRow(row);
-            for (int c = 0; c < cells.size(); ++c)
-                Grid1->setItem(row, c, new QTableWidgetItem(cells[c]));
-            keys_ << T("D_F2") + T("D_F3") + T("D_F4");
-        }
-    });
-    Grid1->resizeColumnsToContents();
+    table_ = {};
+    Guarded(1056, [&] { table_ = Day_Drive_Grid(*G().DB, TDBDate1->date().toString(QStringLiteral("yyMMdd"))); });
+    keys_ = table_.keys;
+    Fill_Grid(Grid1, table_, {QStringLiteral("분당 운행그래프"), LoadResString(1298)});
 }
 
 void Frm_daydrive::Excel_Export()
 {
     // The grid as it stands, without the two view columns.
-    Excel_Grid grid;
-    grid.templ = QStringLiteral("daystatus.xltx");
-    grid.report = QStringLiteral("daystatus");
-    grid.title = LoadResString(1256);
-    grid.periodLabel = LoadResString(1033);
-    grid.period = TDBDate1->date().toString(QStringLiteral("yy-MM-dd"));
-    for (int c = 0; c < kMinuteColumn; ++c)
-        grid.heads << Grid1->horizontalHeaderItem(c)->text();
-    for (int r = 0; r < Grid1->rowCount(); ++r) {
-        QStringList cells;
-        for (int c = 0; c < kMinuteColumn; ++c)
-            cells << (Grid1->item(r, c) ? Grid1->item(r, c)->text() : QString());
-        grid.rows.push_back(cells);
-    }
-    Excel_Show(Excel_Grid_Export(G().App_Dir, grid));
+    Excel_Show(Excel_Grid_Export(G().App_Dir,
+                                 Day_Drive_Excel(table_, TDBDate1->date().toString(QStringLiteral("yyMMdd")))));
 }
 
 void Frm_daydrive::Cell_Clicked(int row, int column)

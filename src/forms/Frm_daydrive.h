@@ -1,7 +1,9 @@
 #pragma once
 // "일일운행실태": the trips of a day, one row each; a click in the row's
 // last two columns opens its minute or seconds view, a double click
-// elsewhere its event list.
+// elsewhere its event list. "출력" prints the grid, "Excel" writes it into
+// daystatus.xltx.
+#include "analysis/Status_Grids.h"
 #include "forms/Vex_Form.h"
 
 #include <QDateEdit>
@@ -20,6 +22,7 @@ public:
     QTableWidget* Grid1;
     QPushButton* Command1; // 704 print
     QPushButton* Command2; // "Excel"
+    QPushButton* Command3; // "연료소모량": the day's fuel estimate
 
     // The trips of the day into the grid.
     void Show_Day();
@@ -29,6 +32,7 @@ public:
     void Row_Double_Clicked(int row);
 
 private:
+    Grid_Table table_;
     QStringList keys_; // car, driver and day of each row
 };
 

@@ -8,6 +8,7 @@
 #include "forms/Remote_Press.h"
 #include "forms/frmDB_Main.h"
 #include "forms/frmReport_Main.h"
+#include "forms/frmReport_Reference.h"
 #include "forms/logic/Reception_Logic.h"
 #include "platform/AppFolder.h"
 
@@ -230,6 +231,8 @@ void MDIForm_Main::Run(const Nav_Action& a)
     Vex_Form* form = Open_Window(a.form);
     if (auto* analysis = qobject_cast<frmReport_Main*>(form); analysis && a.optionChange)
         analysis->Option_Button_Change(a.option);
+    if (auto* reference = qobject_cast<frmReport_Reference*>(form); reference && a.optionChange)
+        reference->Option_Button_Change(a.option);
     if (auto* db = qobject_cast<frmDB_Main*>(form); db && a.dbType >= 0)
         db->Set_Mode(a.dbType);
     if (form && a.captionId)

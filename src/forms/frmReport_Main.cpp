@@ -5,6 +5,7 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
+#include "forms/Excel_Run.h"
 #include "forms/Excel_Show.h"
 #include "forms/Msg_Box.h"
 #include "forms/frmReport_AvgDay.h"
@@ -232,8 +233,15 @@ void frmReport_Main::Command1_Click()
                 CAL_QUICK_BRAKE, CAL_RECORD_DATA, CAL_LONG_OVER, CAL_TIME_SPEED, CAL_SECTION_RUN};
             const Excel_Selection excel{sel.Car_Code, sel.Driver_Code, sel.Start_Date, sel.End_Date};
             Excel_Show(kLists[option_ - 2](*G().DB, G().App_Dir, excel, {}));
-        } else {
-            Not_Built(Option_Caption(option_));
+        } else if (option_ == 8) {
+            // Every second of the period: to a workbook, or to the text file.
+            Excel_Selection excel{sel.Car_Code, sel.Driver_Code, sel.Start_Date, sel.End_Date};
+            excel.fromTime = sel.Start_Time;
+            excel.toTime = sel.End_Time;
+            const bool sheet = Combo1->currentText() == QLatin1String("Excel");
+            Excel_Run(this, Option_Caption(option_), excel, [sheet](const Excel_Selection& s) {
+                return (sheet ? CAL_SPEED_DIST : CAL_SPEED_FILE)(*G().DB, G().App_Dir, s, {});
+            });
         }
     });
 }

@@ -1,9 +1,9 @@
 #pragma once
 // "분석": the choice of an analysis, a car, a driver and a period. The
 // seconds view (0), the minute view (1) and the daily report (7) open from
-// here, and the quick-brake chart and the two mark charts from their
-// buttons; the event reports and the speed export (2 to 6, 8) come with the
-// spreadsheet reports and say so.
+// here, the event lists (2 to 6) and the seconds export (8, to a workbook or
+// a text file by "출력방향") are written as workbooks, and the quick-brake
+// chart and the two mark charts open from their buttons.
 #include "forms/Vex_Form.h"
 
 #include <QComboBox>

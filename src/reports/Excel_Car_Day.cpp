@@ -56,14 +56,10 @@ Excel_Result Day_Rows(Cls_DB& db, const QString& appDir, const Excel_Selection& 
         return Missing_Template(true, kErrCode, book.Error());
     if (!allCars)
         book.Set_Text(QStringLiteral("A1"), LoadResString(719));
-    book.Set_Text(QStringLiteral("A2"), LoadResString(1214));
-    book.Set_Text(QStringLiteral("B2"), Date_Dash(sel.from));
-    book.Set_Text(QStringLiteral("D2"), LoadResString(1215));
-    book.Set_Text(QStringLiteral("E2"), Date_Dash(sel.to));
-    if (!allCars) {
-        book.Set_Text(QStringLiteral("A3"), LoadResString(632));
-        book.Set_Text(QStringLiteral("B3"), sel.car + QStringLiteral(" / ") + Car_Name(db, sel.car));
-    }
+    if (allCars)
+        Put_Period(book, sel, {}, {});
+    else
+        Put_Period(book, sel, LoadResString(632), sel.car + QStringLiteral(" / ") + Car_Name(db, sel.car));
     Put_Captions(book, allCars);
 
     int row = kRecordRow;

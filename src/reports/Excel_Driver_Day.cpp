@@ -3,6 +3,7 @@
 // the day's idle list and the mark.
 #include "reports/Excel_Report.h"
 
+#include "analysis/Status_Grids.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
@@ -16,33 +17,6 @@ using namespace excel_detail;
 constexpr int kRecordRow = 6;
 constexpr int16_t kErrCode = 0; // no labelled trap, as the other reference reports
 
-// Seconds of the idle list of a trip: the durations (HHMMSS, characters
-// 13 to 18 of each item) up to an empty item.
-int Idle_Seconds(Cls_DB& db, const QString& key)
-{
-    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_DI WHERE D_F1=?"), {key});
-    if (rs.RecordCount() < 1)
-        return 0;
-    const QString list = rs.Text(QStringLiteral("D_F2"));
-    int seconds = 0;
-    for (int at = 0; at + 18 <= list.size(); at += 18) {
-        const QString item = list.mid(at, 18);
-        if (item.startsWith(QStringLiteral("000000")))
-            break;
-        const QString d = item.mid(12, 6);
-        seconds += d.left(2).toInt() * 3600 + d.mid(2, 2).toInt() * 60 + d.mid(4, 2).toInt();
-    }
-    return seconds;
-}
-
-QString Clock_Text(int seconds)
-{
-    return QStringLiteral("%1:%2:%3")
-        .arg(seconds / 3600, 2, 10, QLatin1Char('0'))
-        .arg(seconds / 60 % 60, 2, 10, QLatin1Char('0'))
-        .arg(seconds % 60, 2, 10, QLatin1Char('0'));
-}
-
 Excel_Result Driver_Days(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
     Recordset rs = db.DB_RSet_D_D(
@@ -55,12 +29,7 @@ Excel_Result Driver_Days(Cls_DB& db, const QString& appDir, const Excel_Selectio
     if (!Excel_Open(book, QStringLiteral("list"), Excel_Template_Path(appDir, QStringLiteral("driverday1.xltx"))))
         return Missing_Template(true, kErrCode, book.Error());
     book.Set_Text(QStringLiteral("A1"), LoadResString(716));
-    book.Set_Text(QStringLiteral("A2"), LoadResString(1214));
-    book.Set_Text(QStringLiteral("B2"), Date_Dash(sel.from));
-    book.Set_Text(QStringLiteral("D2"), LoadResString(1215));
-    book.Set_Text(QStringLiteral("E2"), Date_Dash(sel.to));
-    book.Set_Text(QStringLiteral("A3"), LoadResString(633));
-    book.Set_Text(QStringLiteral("B3"), sel.driver + QStringLiteral(" / ") + Driver_Name(db, sel.driver));
+    Put_Period(book, sel, LoadResString(633), sel.driver + QStringLiteral(" / ") + Driver_Name(db, sel.driver));
 
     int row = kRecordRow;
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext(), ++row) {
@@ -74,7 +43,8 @@ Excel_Result Driver_Days(Cls_DB& db, const QString& appDir, const Excel_Selectio
         const char* counts[] = {"D_F15", "D_F16", "D_F17", "D_F11", "D_F9", "D_F10", "D_F13", "D_F12"};
         for (int i = 0; i < 8; ++i)
             book.Set_Number(7 + i, row, N(counts[i]));
-        book.Set_Text(15, row, Clock_Text(Idle_Seconds(db, rs.Text(QStringLiteral("D_F1")))));
+        book.Set_Text(15, row, Clock_Text(Idle_Seconds(db, QStringLiteral("SELECT * FROM D_DI WHERE D_F1=?"),
+                                                        {rs.Text(QStringLiteral("D_F1"))})));
         book.Set_Number(16, row, N("D_F14"));
     }
     return Save(book, out.isEmpty() ? Excel_Report_Path(appDir, QStringLiteral("driverday1_") + sel.driver, sel) : out,

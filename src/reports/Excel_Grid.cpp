@@ -32,7 +32,8 @@ Excel_Result Excel_Grid_Export(const QString& appDir, const Excel_Grid& grid, co
         Xlsx_Book book;
         if (!Excel_Open(book, QStringLiteral("condition"), Excel_Template_Path(appDir, grid.templ)))
             return Missing_Template(true, 0, book.Error());
-        book.Set_Text(QStringLiteral("A1"), grid.title);
+        if (!grid.title.isEmpty())
+            book.Set_Text(QStringLiteral("A1"), grid.title);
         book.Set_Text(QStringLiteral("A2"), grid.periodLabel);
         book.Set_Text(QStringLiteral("B2"), grid.period);
         for (int c = 0; c < grid.heads.size(); ++c)
@@ -44,7 +45,7 @@ Excel_Result Excel_Grid_Export(const QString& appDir, const Excel_Grid& grid, co
                 Put_Cell(book, c + 1, row, cells[c]);
             ++row;
         }
-        QString period = grid.period;
+        QString period = grid.fileTag.isEmpty() ? grid.period : grid.fileTag;
         period.remove(QLatin1Char('-'));
         const QString path = App_Path(appDir, QStringLiteral("\\report\\%1_%2.xlsx").arg(grid.report, period));
         return Save(book, out.isEmpty() ? path : out, 0);

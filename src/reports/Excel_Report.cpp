@@ -2,6 +2,7 @@
 
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
+#include "core/Mod_Main.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
 
@@ -89,6 +90,18 @@ QString Hh_Mm(const QString& hhmm)
 QString Hh_Mm_Ss(const QString& hhmmss)
 {
     return hhmmss.size() >= 6 ? Hh_Mm(hhmmss) + QLatin1Char(':') + hhmmss.mid(4, 2) : Hh_Mm(hhmmss);
+}
+
+void Put_Period(Xlsx_Book& book, const Excel_Selection& sel, const QString& label, const QString& codeAndName)
+{
+    book.Set_Text(QStringLiteral("A2"), LoadResString(1214));
+    book.Set_Text(QStringLiteral("B2"), Date_Dash(sel.from));
+    book.Set_Text(QStringLiteral("D2"), LoadResString(1215));
+    book.Set_Text(QStringLiteral("E2"), Date_Dash(sel.to));
+    if (label.isEmpty())
+        return;
+    book.Set_Text(QStringLiteral("A3"), label);
+    book.Set_Text(QStringLiteral("B3"), codeAndName);
 }
 
 } // namespace excel_detail

@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <exception>
+#include <functional>
 
 namespace vex {
 
@@ -16,6 +17,10 @@ struct Excel_Selection {
     QString driver; // six characters, empty for every driver
     QString from;   // YYMMDD
     QString to;     // YYMMDD
+    QString fromTime = QStringLiteral("0000"); // HHmm, the seconds export's bounds
+    QString toTime = QStringLiteral("2359");
+    // Long reports say how far they are: a share from 0 to 100 and a word.
+    std::function<void(int percent, const QString& what)> progress;
 };
 
 struct Excel_Result {
@@ -46,6 +51,20 @@ Excel_Result Excel_All_Cars_Day(Cls_DB& db, const QString& appDir, const Excel_S
 // One driver's days (driverday1).
 Excel_Result Excel_Driver_Day(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out = {});
 
+// The period summed a row a driver (drivertotal1) or a car (cartotal), with
+// the sums and the daily average below; an empty code takes every one.
+Excel_Result Excel_Driver_Total(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out = {});
+Excel_Result Excel_Car_Total(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out = {});
+
+// The minutes and kilometres of a driver's (every driver's when empty)
+// period by speed class of 10 km/h, under the template's chart (speedrate).
+Excel_Result Excel_Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out = {});
+
+// Every second of the period from the day files: the workbook (bat, a
+// sheet a further day) and the text file under "\new".
+Excel_Result CAL_SPEED_DIST(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out = {});
+Excel_Result CAL_SPEED_FILE(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out = {});
+
 // Internal pieces shared by the routines.
 namespace excel_detail {
 Excel_Result No_Data();
@@ -67,6 +86,9 @@ QString Car_Name(Cls_DB& db, const QString& car);   // S_D1.D_F2, else D_F3
 QString Driver_Name(Cls_DB& db, const QString& driver); // S_D2.D_F2; empty without a row
 QString Hh_Mm(const QString& hhmm);                  // "0932" -> "09:32"
 QString Hh_Mm_Ss(const QString& hhmmss);             // "093215" -> "09:32:15"
+// The two header rows of the period reports: A2 start, D2 end; A3 the
+// label and B3 "code / name" when a code is given.
+void Put_Period(Xlsx_Book& book, const Excel_Selection& sel, const QString& label, const QString& codeAndName);
 } // namespace excel_detail
 
 } // namespace vex

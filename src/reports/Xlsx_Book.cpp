@@ -4,7 +4,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryDir>
 #include <cstdio>
+#include <vector>
 #include <pugixml.hpp>
 #include <zip.h>
 
@@ -14,6 +16,9 @@ namespace {
 
 const char* const kMainTemplate = "application/vnd.openxmlformats-officedocument.spreadsheetml.template.main+xml";
 const char* const kMainSheet = "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml";
+const char* const kWorksheet = "application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml";
+const char* const kRelationshipsNs = "http://schemas.openxmlformats.org/officeDocument/2006/relationships";
+const char* const kWorksheetRel = "http://schemas.openxmlformats.org/officeDocument/2006/relationships/worksheet";
 
 bool Read_Entry(zip_t* z, const char* name, std::string& out)
 {
@@ -57,8 +62,22 @@ struct Xlsx_Book::Impl {
     std::string sheetPart;
     pugi::xml_document sheet;
     pugi::xml_document types;
+    pugi::xml_document workbook;
+    pugi::xml_document rels;
+    pugi::xml_node sheetEntry; // the present sheet in the workbook's list
     pugi::xml_node sheetData;
     std::map<int, pugi::xml_node> rows;
+    // Sheets added after the template's: finished ones wait in files.
+    int added = 0;
+    std::unique_ptr<QTemporaryDir> spill;
+    std::vector<std::pair<std::string, QString>> finished; // part, file
+
+    void Take_Rows()
+    {
+        rows.clear();
+        for (pugi::xml_node r : sheetData.children("row"))
+            rows[r.attribute("r").as_int()] = r;
+    }
 
     pugi::xml_node Row(int r)
     {
@@ -162,7 +181,8 @@ bool Xlsx_Book::Open(const QString& templatePath, const QString& sheetName)
     std::string workbook, rels, types, sheet;
     const bool parts = Read_Entry(z, "xl/workbook.xml", workbook) && Read_Entry(z, "xl/_rels/workbook.xml.rels", rels)
         && Read_Entry(z, "[Content_Types].xml", types);
-    pugi::xml_document wb, rl;
+    pugi::xml_document& wb = d->workbook;
+    pugi::xml_document& rl = d->rels;
     std::string target;
     if (parts && wb.load_buffer(workbook.data(), workbook.size()) && rl.load_buffer(rels.data(), rels.size())) {
         const std::string want = sheetName.toStdString();
@@ -173,6 +193,7 @@ bool Xlsx_Book::Open(const QString& templatePath, const QString& sheetName)
             for (pugi::xml_node r : rl.child("Relationships").children("Relationship"))
                 if (std::string(r.attribute("Id").value()) == id)
                     target = r.attribute("Target").value();
+            d->sheetEntry = s;
             break;
         }
     }
@@ -199,8 +220,7 @@ bool Xlsx_Book::Open(const QString& templatePath, const QString& sheetName)
         error_ = QStringLiteral("%1: broken sheet").arg(templatePath);
         return false;
     }
-    for (pugi::xml_node r : d->sheetData.children("row"))
-        d->rows[r.attribute("r").as_int()] = r;
+    d->Take_Rows();
     error_.clear();
     return true;
 }
@@ -279,6 +299,92 @@ void Xlsx_Book::Copy_Row_Format(int from, int to)
     }
 }
 
+int Xlsx_Book::Sheet_Count() const
+{
+    int n = 0;
+    for (pugi::xml_node s : d->workbook.child("workbook").child("sheets").children("sheet"))
+        n += s ? 1 : 0;
+    return n;
+}
+
+bool Xlsx_Book::Add_Sheet(const QString& name, int headRows, int formatRow)
+{
+    // The finished sheet goes to a file of its own.
+    if (!d->spill)
+        d->spill = std::make_unique<QTemporaryDir>();
+    const QString file = d->spill->filePath(QString::number(d->finished.size()));
+    QFile out(file);
+    if (!d->spill->isValid() || !out.open(QIODevice::WriteOnly)) {
+        error_ = QStringLiteral("cannot write %1").arg(file);
+        return false;
+    }
+    const std::string text = Xml_Text(d->sheet);
+    if (out.write(text.data(), qint64(text.size())) != qint64(text.size()) || !out.flush()) {
+        error_ = QStringLiteral("cannot write %1").arg(file);
+        return false;
+    }
+    out.close();
+    d->finished.emplace_back(d->sheetPart, file);
+
+    // The new sheet: everything of the old but its rows below the head and
+    // the parts it referred to (drawings, printer settings), which belong to
+    // the first sheet alone.
+    pugi::xml_document next;
+    pugi::xml_node ws = next.append_child("worksheet");
+    pugi::xml_node old = d->sheet.child("worksheet");
+    for (pugi::xml_attribute a : old.attributes())
+        ws.append_attribute(a.name()) = a.value();
+    for (pugi::xml_node child : old.children()) {
+        const std::string tag = child.name();
+        if (tag == "drawing" || tag == "legacyDrawing" || tag == "tableParts" || tag == "hyperlinks"
+            || tag == "picture" || tag == "oleObjects" || tag == "controls")
+            continue;
+        if (tag == "sheetData") {
+            pugi::xml_node data = ws.append_child("sheetData");
+            for (pugi::xml_node r : child.children("row")) {
+                const int at = r.attribute("r").as_int();
+                if (at > headRows && at != formatRow)
+                    continue;
+                pugi::xml_node copy = data.append_copy(r);
+                if (at > headRows)
+                    for (pugi::xml_node c : copy.children("c"))
+                        Impl::Clear_Value(c);
+            }
+            continue;
+        }
+        pugi::xml_node copy = ws.append_copy(child);
+        copy.remove_attribute("r:id");
+        for (pugi::xml_node view : copy.children("sheetView"))
+            view.remove_attribute("tabSelected");
+    }
+    d->sheet.reset(next);
+
+    ++d->added;
+    const std::string id = "rIdVex" + std::to_string(d->added);
+    d->sheetPart = "xl/worksheets/vex" + std::to_string(d->added) + ".xml";
+    pugi::xml_node rel = d->rels.child("Relationships").append_child("Relationship");
+    rel.append_attribute("Id") = id.c_str();
+    rel.append_attribute("Type") = kWorksheetRel;
+    rel.append_attribute("Target") = ("/" + d->sheetPart).c_str();
+    pugi::xml_node type = d->types.child("Types").append_child("Override");
+    type.append_attribute("PartName") = ("/" + d->sheetPart).c_str();
+    type.append_attribute("ContentType") = kWorksheet;
+    int sheetId = 0;
+    pugi::xml_node sheets = d->workbook.child("workbook").child("sheets");
+    for (pugi::xml_node s : sheets.children("sheet"))
+        sheetId = std::max(sheetId, s.attribute("sheetId").as_int());
+    pugi::xml_node entry = sheets.insert_child_after("sheet", d->sheetEntry);
+    entry.append_attribute("xmlns:r") = kRelationshipsNs;
+    entry.append_attribute("name") = name.toUtf8().constData();
+    entry.append_attribute("sheetId") = sheetId + 1;
+    entry.append_attribute("r:id") = id.c_str();
+    d->sheetEntry = entry;
+
+    d->sheetData = d->sheet.child("worksheet").child("sheetData");
+    d->Take_Rows();
+    return true;
+}
+
 bool Xlsx_Book::Save(const QString& path)
 {
     // A template's main part says "template"; the saved file is a workbook.
@@ -297,19 +403,29 @@ bool Xlsx_Book::Save(const QString& path)
     bool ok = z != nullptr;
     const std::string sheet = Xml_Text(d->sheet);
     const std::string types = Xml_Text(d->types);
-    for (const auto& [name, text] : {std::pair{d->sheetPart, &sheet}, std::pair{std::string("[Content_Types].xml"), &types}}) {
-        if (!ok)
-            break;
-        zip_source_t* src = zip_source_buffer(z, text->data(), text->size(), 0);
-        const zip_int64_t index = src ? zip_file_add(z, name.c_str(), src, ZIP_FL_OVERWRITE | ZIP_FL_ENC_UTF_8) : -1;
-        ok = index >= 0;
-        if (!ok && src)
-            zip_source_free(src);
-        // The fastest deflate: a big sheet is mostly repeated markup, which
-        // any level packs well.
-        if (ok)
-            zip_set_file_compression(z, zip_uint64_t(index), ZIP_CM_DEFLATE, 1);
+    std::vector<std::pair<std::string, const std::string*>> parts{{d->sheetPart, &sheet},
+                                                                  {"[Content_Types].xml", &types}};
+    std::string workbook, rels;
+    if (d->added > 0) {
+        workbook = Xml_Text(d->workbook);
+        rels = Xml_Text(d->rels);
+        parts.emplace_back("xl/workbook.xml", &workbook);
+        parts.emplace_back("xl/_rels/workbook.xml.rels", &rels);
     }
+    // The fastest deflate: a big sheet is mostly repeated markup, which any
+    // level packs well.
+    auto add = [&](const std::string& name, zip_source_t* src) {
+        const zip_int64_t index = src ? zip_file_add(z, name.c_str(), src, ZIP_FL_OVERWRITE | ZIP_FL_ENC_UTF_8) : -1;
+        if (index < 0 && src)
+            zip_source_free(src);
+        if (index >= 0)
+            zip_set_file_compression(z, zip_uint64_t(index), ZIP_CM_DEFLATE, 1);
+        return index >= 0;
+    };
+    for (const auto& [name, text] : parts)
+        ok = ok && add(name, zip_source_buffer(z, text->data(), text->size(), 0));
+    for (const auto& [name, file] : d->finished)
+        ok = ok && add(name, zip_source_file(z, QFile::encodeName(file).constData(), 0, -1));
     if (z && ok)
         ok = zip_close(z) == 0;
     else if (z)

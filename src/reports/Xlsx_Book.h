@@ -4,6 +4,9 @@
 // with libzip, the one sheet is changed in memory with pugixml, and Save
 // writes a complete copy under a temporary name that is then renamed, so a
 // failed save never leaves a half-written workbook under the final name.
+// A report longer than a sheet goes on in further sheets; a finished sheet
+// waits as a file of its own until the save, so only one sheet is held in
+// memory.
 #include <QString>
 #include <map>
 #include <memory>
@@ -32,6 +35,13 @@ public:
 
     // Gives row `to` the height and every cell format of row `from`.
     void Copy_Row_Format(int from, int to);
+
+    // A new sheet after the present one, with its column widths, page set-up,
+    // rows 1 to headRows (values and formats) and the formats of formatRow;
+    // it becomes the present sheet. False with Error() set when the finished
+    // sheet can't be kept.
+    bool Add_Sheet(const QString& name, int headRows, int formatRow);
+    int Sheet_Count() const;
 
     // Writes the filled workbook as .xlsx; false with Error() set.
     bool Save(const QString& path);

@@ -43,7 +43,8 @@ TEST(Excel_Cli, ReportsAndFuelGridsFromTheCommandLine)
 
     // The month grid: one car and the sum row; an empty month has the head only.
     r = test::Vexcli(base + QStringList{"fuel", "month", "2601", "--speed", "80", "--rates", "10,5,2,4", "--price",
-                                        "1500"});
+                                        "1500"},
+                     test::Korean_Offscreen());
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     QStringList lines = r.out.trimmed().split('\n');
     ASSERT_EQ(lines.size(), 3) << r.out.toStdString();

@@ -1,0 +1,27 @@
+#pragma once
+// The grids of the status and fuel windows: a table of the core shown in a
+// QTableWidget, and the same table on paper through the print dialog.
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+class QTableWidget;
+class QWidget;
+
+namespace vex {
+struct Grid_Table;
+}
+
+namespace vex::forms {
+
+// The table's heads and rows (plus `extraHeads` columns whose cells repeat
+// the head, the buttons of a row) into the grid; read-only, whole rows
+// selected.
+void Fill_Grid(QTableWidget* grid, const Grid_Table& table, const QStringList& extraHeads = {});
+QTableWidget* New_Grid(QWidget* parent, const char* objectName);
+
+// The table as ruled rows on A4 landscape, title and subtitle above, pages
+// as needed; the system's print dialog chooses the printer.
+void Print_Grid(QWidget* parent, const QString& title, const QString& subtitle, const Grid_Table& table);
+
+} // namespace vex::forms

@@ -1,0 +1,85 @@
+#include "forms/frm_dayreport.h"
+
+#include "analysis/Operation_Graph.h"
+#include "core/Err_Proc.h"
+#include "core/Messages.h"
+#include "core/Mod_Main.h"
+#include "forms/Excel_Show.h"
+#include "forms/Grid_View.h"
+#include "reports/Excel_Grid.h"
+#include "store/Cls_DB.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace vex::forms {
+
+frm_dayreport::frm_dayreport(QWidget* parent) : Vex_Form(QString::fromLatin1(kName), parent)
+{
+    setWindowTitle(QStringLiteral("일일운행정보"));
+    TDBDate1 = new QDateEdit(this);
+    TDBDate1->setObjectName(QStringLiteral("TDBDate1"));
+    TDBDate1->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
+    TDBDate1->setCalendarPopup(true);
+    Text1 = new QSpinBox(this);
+    Text1->setObjectName(QStringLiteral("Text1"));
+    Text1->setRange(1, 1440);
+    Text1->setValue(Stop_Threshold());
+    Grid1 = New_Grid(this, "Grid1");
+    Grid1->setMinimumSize(600, 300);
+    Command1 = new QPushButton(QStringLiteral("조  회"), this);
+    Command1->setObjectName(QStringLiteral("Command1"));
+    Command2 = new QPushButton(LoadResString(704), this);
+    Command2->setObjectName(QStringLiteral("Command2"));
+    Command3 = new QPushButton(QStringLiteral("Excel"), this);
+    Command3->setObjectName(QStringLiteral("Command3"));
+    Command4 = new QPushButton(LoadResString(504), this);
+    connect(Command1, &QPushButton::clicked, this, &frm_dayreport::Show_Day);
+    connect(Command2, &QPushButton::clicked, this, [this] {
+        Print_Grid(this, windowTitle(), QStringLiteral("운행일 ") + Date_Dash(day_), table_);
+    });
+    connect(Command3, &QPushButton::clicked, this, &frm_dayreport::Excel_Export);
+    connect(Command4, &QPushButton::clicked, this, &QWidget::close);
+
+    auto* top = new QHBoxLayout;
+    top->addWidget(new QLabel(QStringLiteral("운행일"), this));
+    top->addWidget(TDBDate1);
+    top->addWidget(new QLabel(QStringLiteral("비운행기준(분)"), this));
+    top->addWidget(Text1);
+    top->addStretch();
+    for (QPushButton* b : {Command1, Command2, Command3, Command4})
+        top->addWidget(b);
+    auto* box = new QVBoxLayout(this);
+    box->addLayout(top);
+    box->addWidget(Grid1, 1);
+
+    // The newest stored day.
+    QDate day = QDate::currentDate();
+    Guarded(0, [&] {
+        Recordset rs = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 ORDER BY D_F4 DESC"));
+        if (rs.RecordCount() > 0) {
+            const QDate d = QDate::fromString(QStringLiteral("20") + rs.Text(QStringLiteral("D_F4")),
+                                              QStringLiteral("yyyyMMdd"));
+            if (d.isValid())
+                day = d;
+        }
+    });
+    TDBDate1->setDate(day);
+    Show_Day();
+}
+
+void frm_dayreport::Show_Day()
+{
+    day_ = TDBDate1->date().toString(QStringLiteral("yyMMdd"));
+    table_ = {};
+    Guarded(0, [&] { table_ = Day_Report_Grid(*G().DB, day_, Text1->value()); });
+    Fill_Grid(Grid1, table_);
+}
+
+void frm_dayreport::Excel_Export()
+{
+    Excel_Show(Excel_Grid_Export(G().App_Dir, Day_Report_Excel(table_, day_)));
+}
+
+} // namespace vex::forms

@@ -1,0 +1,78 @@
+// The speed classes of a driver's period (speedrate): every driven minute
+// of the minute speed series counted into its class of 10 km/h (B for 0 to
+// 9 up to K for 90 to 99, L from 100 on), and the minute's distance added
+// to the class on the row below. The template's chart is drawn over these
+// two rows, so filling them fills the chart.
+#include "reports/Excel_Report.h"
+
+#include "analysis/Operation_Graph.h"
+#include "core/Messages.h"
+#include "store/Cls_DB.h"
+
+#include <array>
+#include <cmath>
+
+namespace vex {
+
+namespace {
+
+using namespace excel_detail;
+
+constexpr int kClasses = 11;
+constexpr int kMinutesRow = 5, kKmRow = 6;
+constexpr int16_t kErrCode = 0;
+
+Excel_Result Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
+{
+    const bool one = !sel.driver.isEmpty() && sel.driver != QLatin1String("ALL");
+    QString sql = QStringLiteral("SELECT * FROM D_D3 WHERE (RIGHT(D_F1,6)) >=? AND (RIGHT(D_F1,6)) <= ?");
+    QVariantList values{sel.from, sel.to};
+    if (one) {
+        sql += QStringLiteral(" AND  (MID(D_F1,7,6)) = ?");
+        values << sel.driver;
+    }
+    Recordset rs = db.DB_RSet_D_D(sql + QStringLiteral(" ORDER BY D_F1"), values);
+    if (rs.RecordCount() < 1)
+        return No_Data();
+    Xlsx_Book book;
+    if (!Excel_Open(book, QStringLiteral("list"), Excel_Template_Path(appDir, QStringLiteral("speedrate.xltx"))))
+        return Missing_Template(true, kErrCode, book.Error());
+
+    std::array<int, kClasses> minutes{};
+    std::array<double, kClasses> km{};
+    for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
+        std::array<int16_t, 1441> speed{};
+        std::array<float, 1441> cumulative{};
+        Decode_Minute_Speed(rs.Text(QStringLiteral("D_F2")), speed, kErrCode);
+        Recordset dist = db.DB_RSet_D_D(QStringLiteral("SELECT *  FROM D_D7 where D_F1= ?"),
+                                        {rs.Text(QStringLiteral("D_F1"))});
+        Decode_Minute_Distance(dist.RecordCount() > 0 ? dist.Text(QStringLiteral("D_F2")) : QString(), cumulative,
+                               kErrCode);
+        // Point m of the arrays is the end of minute m - 1.
+        for (int m = 1; m <= 1440; ++m) {
+            if (speed[m] <= 0)
+                continue; // standing, or no recording
+            const int c = std::min(kClasses - 1, speed[m] / 10);
+            ++minutes[c];
+            km[c] += cumulative[m] - cumulative[m - 1];
+        }
+    }
+
+    Put_Period(book, sel, LoadResString(633),
+               one ? sel.driver + QStringLiteral(" / ") + Driver_Name(db, sel.driver) : QStringLiteral("ALL"));
+    for (int c = 0; c < kClasses; ++c) {
+        book.Set_Number(2 + c, kMinutesRow, minutes[c]);
+        book.Set_Number(2 + c, kKmRow, std::round(km[c] * 10) / 10);
+    }
+    const QString name = one ? QStringLiteral("speedrate_") + sel.driver : QStringLiteral("speedrate");
+    return Save(book, out.isEmpty() ? Excel_Report_Path(appDir, name, sel) : out, kErrCode);
+}
+
+} // namespace
+
+Excel_Result Excel_Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
+{
+    return Trapped(kErrCode, [&] { return Speed_Rate(db, appDir, sel, out); });
+}
+
+} // namespace vex
