@@ -105,7 +105,7 @@ TEST_F(ExcelForms, TheDayGridGoesIntoItsTemplateAsItStands)
     ASSERT_TRUE(s.ok) << s.error.toStdString();
     EXPECT_EQ(s.Value("A1"), "일일운행실태");
     EXPECT_EQ(s.Value("A2"), LoadResString(1033));
-    EXPECT_EQ(s.Value("B2"), grid->TDBDate1->date().toString("yy-MM-dd"));
+    EXPECT_EQ(s.Value("B2"), grid->TDBDate1->date().toString("yyyy-MM-dd"));
     EXPECT_EQ(s.Value("B4"), LoadResString(632));
     const int rows = grid->Grid1->rowCount();
     for (int r = 0; r < rows; ++r)
