@@ -413,9 +413,16 @@ bool Xlsx_Book::Save(const QString& path)
         parts.emplace_back("xl/_rels/workbook.xml.rels", &rels);
     }
     // The fastest deflate: a big sheet is mostly repeated markup, which any
-    // level packs well.
+    // level packs well. A part of the template is deleted and added anew:
+    // overwritten in place it would keep the template's method, and with it
+    // the library's default level, the slowest.
     auto add = [&](const std::string& name, zip_source_t* src) {
-        const zip_int64_t index = src ? zip_file_add(z, name.c_str(), src, ZIP_FL_OVERWRITE | ZIP_FL_ENC_UTF_8) : -1;
+        const zip_int64_t old = zip_name_locate(z, name.c_str(), 0);
+        if (old >= 0 && zip_delete(z, zip_uint64_t(old)) != 0) {
+            zip_source_free(src);
+            return false;
+        }
+        const zip_int64_t index = src ? zip_file_add(z, name.c_str(), src, ZIP_FL_ENC_UTF_8) : -1;
         if (index < 0 && src)
             zip_source_free(src);
         if (index >= 0)
