@@ -1,7 +1,10 @@
 #include "forms/Screenshots.h"
 
 #include "core/Mod_Main.h"
+#include "forms/Frm_consume.h"
 #include "forms/Frm_daydrive.h"
+#include "forms/frm_daystatus.h"
+#include "forms/frm_overfuel.h"
 #include "forms/Frm_oversp.h"
 #include "forms/MDIForm_Main.h"
 #include "forms/Msg_Box.h"
@@ -63,7 +66,8 @@ const QStringList& Day_Views()
     static const QStringList views = {
         QStringLiteral("frmReport_Operation"), QStringLiteral("frmReport_SecOperation"),
         QStringLiteral("frmReport_QuickBrake"), QStringLiteral("Frm_daydrive"), QStringLiteral("Frm_oversp"),
-        QStringLiteral("frmReport_AvgDay"), QStringLiteral("frmReport_DayAVG"), QStringLiteral("frmReport_DriveDay1")};
+        QStringLiteral("frmReport_AvgDay"), QStringLiteral("frmReport_DayAVG"), QStringLiteral("frmReport_DriveDay1"),
+        QStringLiteral("frm_daystatus"), QStringLiteral("Frm_consume"), QStringLiteral("frm_overfuel")};
     return views;
 }
 
@@ -106,9 +110,19 @@ int Shoot_Day_Views(MDIForm_Main* main, const std::function<QString(const QStrin
     auto* events = Open<Frm_oversp>(main);
     events->Show_Trip(sel.Car_Code, sel.Driver_Code, sel.Start_Date);
     shoot(events, QStringLiteral("Frm_oversp"));
+    auto* days = Open<frm_daystatus>(main);
+    days->Show(sel.Car_Code, false, sel.Start_Date.left(4));
+    shoot(days, QStringLiteral("frm_daystatus"));
+    auto* fuel = Open<Frm_consume>(main);
+    fuel->Show_Day(QDate::fromString(QStringLiteral("20") + sel.Start_Date, QStringLiteral("yyyyMMdd")));
+    shoot(fuel, QStringLiteral("Frm_consume"));
+    auto* over = Open<frm_overfuel>(main);
+    over->Query();
+    shoot(over, QStringLiteral("frm_overfuel"));
     for (Vex_Form* f : {static_cast<Vex_Form*>(day), static_cast<Vex_Form*>(hour), static_cast<Vex_Form*>(brake),
                         static_cast<Vex_Form*>(avg), static_cast<Vex_Form*>(byDay), static_cast<Vex_Form*>(daily),
-                        static_cast<Vex_Form*>(events)})
+                        static_cast<Vex_Form*>(events), static_cast<Vex_Form*>(days), static_cast<Vex_Form*>(fuel),
+                        static_cast<Vex_Form*>(over)})
         f->close();
     if (Vex_Form* grid = Find_Form(QStringLiteral("Frm_daydrive")))
         grid->close();
