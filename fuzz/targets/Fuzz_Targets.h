@@ -37,6 +37,9 @@ void Package(Sandbox& box, std::span<const uint8_t> input);
 // The names of an FTP listing and the trip files among them.
 void Remote_Names(Sandbox& box, std::span<const uint8_t> input);
 
+// A spreadsheet template of any bytes, filled and saved.
+void Xlsx_Template(Sandbox& box, std::span<const uint8_t> input);
+
 const std::vector<Target>& Targets();
 // Null for a name that isn't a target's.
 const Target* Target_Named(const char* name);

@@ -113,11 +113,10 @@ TEST_F(MainWindowTest, DispatchByIndexOpensOneWindowEach)
     // e9 is the section distance window, e10 the battery voltage option 8.
     msgs.Clear();
     Double_Click(m, 30);
-    ASSERT_EQ(msgs.seen.size(), 1u);
-    EXPECT_TRUE(msgs.Last().contains("frm_dayreport")) << msgs.Last().toStdString();
+    EXPECT_NE(Find_Form("frm_dayreport"), nullptr);
     // The analysis entries open the analysis window on their option.
     Double_Click(m, 31);
-    ASSERT_EQ(msgs.seen.size(), 1u);
+    EXPECT_TRUE(msgs.seen.empty()) << msgs.Last().toStdString();
     auto* analysis = qobject_cast<frmReport_Main*>(Find_Form("frmReport_Main"));
     ASSERT_NE(analysis, nullptr);
     EXPECT_EQ(analysis->Option(), 8);

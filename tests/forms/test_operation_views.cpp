@@ -197,12 +197,6 @@ TEST_F(ViewsTest, EveryViewIsReachedFromTheMainWindow)
     ASSERT_NE(sec, nullptr);
     EXPECT_EQ(sec->Hour(), 9);
     EXPECT_TRUE(msgs.seen.empty()) << msgs.Last().toStdString();
-    // The other analyses come with the reports and say so.
-    main->Option_Button_Change(8);
-    QTest::mouseClick(main->Command1, Qt::LeftButton);
-    EXPECT_TRUE(msgs.Last().contains("속도/RPM/Batt 출력"));
-    EXPECT_TRUE(msgs.Last().contains("not built"));
-
     // The quick-brake chart: a USB day keeps no buffers.
     msgs.Clear();
     QTest::mouseClick(main->cmdQuickBrake, Qt::LeftButton);
