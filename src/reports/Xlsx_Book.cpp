@@ -72,11 +72,36 @@ struct Xlsx_Book::Impl {
     std::unique_ptr<QTemporaryDir> spill;
     std::vector<std::pair<std::string, QString>> finished; // part, file
 
+    // Takes the rows of the sheet, made sound first: a template is the
+    // user's file. A row without a number, or with one seen before, goes;
+    // in a row each cell is named by the row it stands in, cells without a
+    // column or with one seen before go, and the rest stand in column order.
     void Take_Rows()
     {
         rows.clear();
-        for (pugi::xml_node r : sheetData.children("row"))
-            rows[r.attribute("r").as_int()] = r;
+        std::vector<pugi::xml_node> gone;
+        for (pugi::xml_node r : sheetData.children("row")) {
+            const int at = r.attribute("r").as_int();
+            if (at <= 0 || rows.count(at)) {
+                gone.push_back(r);
+                continue;
+            }
+            rows[at] = r;
+            std::map<int, pugi::xml_node> cells;
+            for (pugi::xml_node c : r.children("c")) {
+                const int col = Column_Of(c.attribute("r").value());
+                if (col <= 0 || col > 16384 || !cells.emplace(col, c).second)
+                    gone.push_back(c);
+            }
+            for (auto& [col, c] : cells) {
+                char ref[16];
+                Ref_Text(col, at, ref);
+                c.attribute("r").set_value(ref);
+                r.append_move(c);
+            }
+        }
+        for (pugi::xml_node n : gone)
+            n.parent().remove_child(n);
     }
 
     pugi::xml_node Row(int r)
@@ -119,7 +144,8 @@ struct Xlsx_Book::Impl {
     {
         int col = 0;
         for (; *ref >= 'A' && *ref <= 'Z'; ++ref)
-            col = col * 26 + (*ref - 'A' + 1);
+            if ((col = col * 26 + (*ref - 'A' + 1)) > 16384)
+                return 0; // past the last column a sheet has
         return col;
     }
 
