@@ -6,7 +6,7 @@ set -euo pipefail
 
 PACKAGES=(
   # toolchain
-  build-essential cmake ninja-build pkg-config clang libclang-rt-14-dev
+  build-essential cmake ninja-build pkg-config clang libclang-rt-14-dev ccache
   # Qt 6 as Debian ships it
   qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-l10n-tools
   libqt6sql6-sqlite libqt6sql6-psql libqt6sql6-odbc libqt6svg6
@@ -18,6 +18,8 @@ PACKAGES=(
   libreoffice-calc-nogui
   # printing: a CUPS server and its PDF printer for the tests of the print path
   cups cups-client printer-driver-cups-pdf
+  # the Debian package: CPack's dependency list (dpkg-shlibdeps), its checks
+  dpkg-dev lintian
 )
 
 missing=()

@@ -1,5 +1,7 @@
 #include "acquisition/DrivingProfile.h"
 
+#include "platform/Resources.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -113,7 +115,7 @@ std::optional<DriveCycle> Load_Cycle(const QString& path, QString* error)
 QString Default_Cycles_Dir()
 {
     const QString env = qEnvironmentVariable("VEX_CYCLES_DIR");
-    return env.isEmpty() ? QStringLiteral(":/cycles") : env;
+    return env.isEmpty() ? Resource_Path(QStringLiteral("cycles")) : env;
 }
 
 std::optional<CycleSet> CycleSet::Load(const QString& dir, QString* error)

@@ -8,9 +8,9 @@
 // seed gives the same day.
 //
 // Where the cycles come from: the folder given by the caller, else the
-// environment variable VEX_CYCLES_DIR, else the copies built into the
-// program under ":/cycles" (src/resources/cycles). A folder must hold the
-// four files named below.
+// environment variable VEX_CYCLES_DIR, else the delivered copies
+// (Resource_Path("cycles"), from src/resources/cycles). A folder must hold
+// the four files named below.
 #include <QDate>
 #include <QString>
 #include <cstdint>
@@ -47,7 +47,7 @@ struct DriveCycle {
 std::optional<DriveCycle> Load_Cycle(const QString& path, QString* error = nullptr);
 
 // The folder the generator reads when none is given: $VEX_CYCLES_DIR when
-// set and not empty, else ":/cycles".
+// set and not empty, else the delivered "cycles".
 QString Default_Cycles_Dir();
 
 // The cycles a working day is built of.

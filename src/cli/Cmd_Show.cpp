@@ -4,6 +4,7 @@
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "platform/AppFolder.h"
+#include "platform/Resources.h"
 #include "store/Cls_DB.h"
 #include "store/Schema.h"
 
@@ -20,7 +21,8 @@ void Print_Place(Context& ctx)
             << "database:           " << Engine_Name(t.engine) << " "
             << (t.engine == Engine::Postgres ? t.database + QStringLiteral(" on ") + (t.host.isEmpty() ? QStringLiteral("local socket") : t.host)
                                               : t.database)
-            << "\n";
+            << "\n"
+            << "resources:          " << Resource_Origin() << "\n";
 }
 
 // What each column of the settings row feeds.

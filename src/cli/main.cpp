@@ -67,8 +67,12 @@ void Usage(QTextStream& s)
     s << "usage: vexcli [--app-dir DIR] COMMAND [ARGS...]\n\n"
       << "The application folder is --app-dir, else $VEX_HOME, else "
       << vex::Default_App_Dir() << ".\n\ncommands:\n";
-    for (const auto& c : kCommands)
-        s << "  " << QString::fromLatin1(c.usage).leftJustified(40) << c.summary << "\n";
+    // A usage too long for its column leaves the summary to the next line.
+    for (const auto& c : kCommands) {
+        const QString usage = QString::fromLatin1(c.usage);
+        s << "  " << (usage.size() < 40 ? usage.leftJustified(40) : usage + "\n" + QString(42, QLatin1Char(' ')))
+          << c.summary << "\n";
+    }
 }
 
 // Drawing needs the GUI part of Qt (fonts, printers), and without a

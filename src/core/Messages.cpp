@@ -1,8 +1,10 @@
-// The message table lives in the resource ":/messages.tsv", one line an id:
+// The message table is the delivered file "messages.tsv", one line an id:
 // id<TAB>Korean<TAB>English<TAB>Chinese. An empty cell means that id has no
 // row in that language, which is different from a row of empty text: the
 // loader falls back only where a row is missing.
 #include "core/Messages.h"
+
+#include "platform/Resources.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -65,7 +67,7 @@ QString Unescape(const QString& cell)
 Table Load_Table()
 {
     Table table;
-    QFile file(QStringLiteral(":/messages.tsv"));
+    QFile file(Resource_Path(QStringLiteral("messages.tsv")));
     if (!file.open(QIODevice::ReadOnly))
         return table;
     const QString text = QString::fromUtf8(file.readAll());

@@ -1,6 +1,6 @@
 #pragma once
 // The numbered message table (ids 101 to 1300) in Korean, English and
-// Chinese, carried as the resource ":/messages.tsv".
+// Chinese, delivered as "messages.tsv" (Resource_Path).
 #include <QString>
 
 namespace vex {

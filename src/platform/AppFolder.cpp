@@ -1,10 +1,13 @@
 #include "platform/AppFolder.h"
 
+#include "platform/Resources.h"
 #include "store/Schema.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+
+#include <functional>
 
 namespace vex {
 
@@ -83,6 +86,19 @@ bool Copy_Resource(const QString& resource, const QString& target, QString* reas
     return true;
 }
 
+// A delivered database, where the delivered data carries one (the share
+// folder of an installed program); else made here, since the databases are
+// the program's own work and the built-in resources hold none.
+bool Place_Database(const QString& resource, const QString& target, const std::function<bool()>& make,
+                    QString* reason)
+{
+    if (QFileInfo::exists(target))
+        return true;
+    if (QFileInfo::exists(resource))
+        return Copy_Resource(resource, target, reason);
+    return make();
+}
+
 } // namespace
 
 bool Init_App_Folder(const QString& appDir, QString* reason)
@@ -96,25 +112,31 @@ bool Init_App_Folder(const QString& appDir, QString* reason)
     }
     if (!Link_Exp(appDir, reason))
         return false;
-    if (!Copy_Resource(QStringLiteral(":/MORIX.INI"), App_Path(appDir, "\\MORIX.INI"), reason))
+    if (!Copy_Resource(Resource_Path("MORIX.INI"), App_Path(appDir, "\\MORIX.INI"), reason))
         return false;
 
-    // The spreadsheet templates; a copy the user edited is kept.
-    for (const QString& name : QDir(QStringLiteral(":/Excel")).entryList(QDir::Files)) {
-        if (!Copy_Resource(QStringLiteral(":/Excel/") + name, App_Path(appDir, "\\Excel\\" + name), reason))
-            return false;
+    // The spreadsheet templates and the help pages, file by file; a copy the
+    // user edited is kept.
+    for (const char* folder : {"Excel", "Help", "Helpeng", "Helpchinese"}) {
+        const QString from = Resource_Path(QLatin1String(folder));
+        for (const QString& name : QDir(from).entryList(QDir::Files)) {
+            if (!Copy_Resource(from + '/' + name, App_Path(appDir, QLatin1String(folder) + '/' + name), reason))
+                return false;
+        }
     }
 
     const QString templ = App_Path(appDir, "\\db_temp\\morix.mdb");
-    if (!QFileInfo::exists(templ) && !Create_Sqlite_Database(templ, reason))
+    if (!Place_Database(Resource_Path("db_temp/morix.mdb"), templ,
+                        [&] { return Create_Sqlite_Database(templ, reason); }, reason))
         return false;
     const QString live = App_Path(appDir, "\\db\\morix.mdb");
     if (!QFileInfo::exists(live) && !QFile::copy(templ, live))
         return Fail(reason, QStringLiteral("cannot write %1").arg(live));
     // The export database of the packages: all the tables, kept and emptied.
     const QString exp = App_Path(appDir, "\\Exp\\exp.mdb");
-    if (!QFileInfo::exists(exp) && !QFile::copy(templ, exp))
-        return Fail(reason, QStringLiteral("cannot write %1").arg(exp));
+    if (!Place_Database(Resource_Path("Exp/exp.mdb"), exp,
+                        [&] { return QFile::copy(templ, exp) || Fail(reason, QStringLiteral("cannot write %1").arg(exp)); }, reason))
+        return false;
     return true;
 }
 

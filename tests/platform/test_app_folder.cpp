@@ -1,6 +1,7 @@
 #include "platform/AppFolder.h"
 #include "platform/FileSystem.h"
 #include "platform/IniFile.h"
+#include "platform/Resources.h"
 #include "support/TempApp.h"
 
 #include <QDir>
@@ -26,6 +27,12 @@ TEST(AppFolder, ANewFolderGetsItsLayoutIniAndDatabases)
     EXPECT_GT(QFileInfo(app.Path("db_temp/morix.mdb")).size(), 0);
     EXPECT_GT(QFileInfo(app.Path("db/morix.mdb")).size(), 0);
     EXPECT_FALSE(QFileInfo::exists(app.Path("db_temp/morix.mdb.part")));
+    // From the build tree the delivered data is the copy built into the
+    // program; the help pages and templates arrive with the folder.
+    EXPECT_EQ(Resource_Origin(), "built into the program");
+    EXPECT_TRUE(QFileInfo::exists(app.Path("Help/VEX.html")));
+    EXPECT_TRUE(QFileInfo::exists(app.Path("Helpchinese/VEXchinese.html")));
+    EXPECT_TRUE(QFileInfo::exists(app.Path("Excel/carday.xltx")));
 
     // A second start keeps what the site changed.
     app.Write_File("MORIX.INI", "[MAIN]\nMAIN SERVER=DSN=site\n");

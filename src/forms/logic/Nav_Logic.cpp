@@ -3,6 +3,7 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "platform/AppFolder.h"
+#include "platform/Resources.h"
 #include "store/Cls_DB.h"
 
 #include <QFileInfo>
@@ -296,11 +297,11 @@ QString Help_File_For(const QString& appDir, const QString& languageName)
 
 QString Help_Resource(const QString& appDir, const QString& helpPath)
 {
-    static const char* resources[] = {":/Help/VEX.html", ":/Helpeng/VEXeng.html", ":/Helpchinese/VEXchinese.html"};
+    static const char* resources[] = {"Help/VEX.html", "Helpeng/VEXeng.html", "Helpchinese/VEXchinese.html"};
     const QStringList paths = Help_Paths(appDir);
     for (int i = 0; i < 3; ++i)
         if (paths[i] == helpPath)
-            return QString::fromLatin1(resources[i]);
+            return Resource_Path(QString::fromLatin1(resources[i]));
     return {};
 }
 
