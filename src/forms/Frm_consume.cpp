@@ -20,18 +20,13 @@ namespace vex::forms {
 Frm_consume::Frm_consume(const QString& formName, QWidget* parent) : Vex_Form(formName, parent)
 {
     setWindowTitle(QStringLiteral("연료소모량 조회"));
-    TDBDate1 = new QDateEdit(QDate::currentDate(), this);
-    TDBDate1->setObjectName(QStringLiteral("TDBDate1"));
-    TDBDate1->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
-    TDBDate1->setCalendarPopup(true);
+    TDBDate1 = New_Day_Edit(this, "TDBDate1");
+    TDBDate1->setDate(QDate::currentDate());
     Grid1 = New_Grid(this, "Grid1");
     Grid1->setMinimumSize(700, 300);
-    Command1 = new QPushButton(LoadResString(1142), this);
-    Command1->setObjectName(QStringLiteral("Command1"));
-    Command2 = new QPushButton(LoadResString(704), this);
-    Command2->setObjectName(QStringLiteral("Command2"));
-    Command3 = new QPushButton(QStringLiteral("Excel"), this);
-    Command3->setObjectName(QStringLiteral("Command3"));
+    Command1 = New_Button(this, LoadResString(1142), "Command1");
+    Command2 = New_Button(this, LoadResString(704), "Command2");
+    Command3 = New_Button(this, QStringLiteral("Excel"), "Command3");
     Command4 = new QPushButton(LoadResString(504), this);
     connect(Command1, &QPushButton::clicked, this, &Frm_consume::Query);
     connect(Command2, &QPushButton::clicked, this, [this] {

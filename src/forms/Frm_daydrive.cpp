@@ -30,16 +30,12 @@ constexpr int kMinuteColumn = 12, kSecondColumn = 13;
 Frm_daydrive::Frm_daydrive(QWidget* parent) : Vex_Form(QString::fromLatin1(kName), parent)
 {
     setWindowTitle(LoadResString(1256));
-    TDBDate1 = new QDateEdit(this);
-    TDBDate1->setObjectName(QStringLiteral("TDBDate1"));
-    TDBDate1->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
-    TDBDate1->setCalendarPopup(true);
+    TDBDate1 = New_Day_Edit(this, "TDBDate1");
     Command1 = new QPushButton(LoadResString(704), this);
     Command2 = new QPushButton(QStringLiteral("Excel"), this);
     Grid1 = New_Grid(this, "Grid1");
     Grid1->setMinimumSize(1000, 300); // every column, the two of the views too
-    Command3 = new QPushButton(QStringLiteral("연료소모량"), this);
-    Command3->setObjectName(QStringLiteral("Command3"));
+    Command3 = New_Button(this, QStringLiteral("연료소모량"), "Command3");
     connect(Grid1, &QTableWidget::cellClicked, this, &Frm_daydrive::Cell_Clicked);
     connect(Grid1, &QTableWidget::cellDoubleClicked, this, [this](int row, int) { Row_Double_Clicked(row); });
     connect(TDBDate1, &QDateEdit::dateChanged, this, &Frm_daydrive::Show_Day);
@@ -63,19 +59,8 @@ Frm_daydrive::Frm_daydrive(QWidget* parent) : Vex_Form(QString::fromLatin1(kName
     box->addLayout(top);
     box->addWidget(Grid1, 1);
 
-    // The newest stored day.
-    QDate day = QDate::currentDate();
-    Guarded(1054, [&] {
-        Recordset rs = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 ORDER BY D_F4 DESC"));
-        if (rs.RecordCount() > 0) {
-            const QDate d = QDate::fromString(QStringLiteral("20") + rs.Text(QStringLiteral("D_F4")),
-                                              QStringLiteral("yyyyMMdd"));
-            if (d.isValid())
-                day = d;
-        }
-    });
     const QSignalBlocker quiet(TDBDate1);
-    TDBDate1->setDate(day);
+    TDBDate1->setDate(Newest_Stored_Day(1054));
     Show_Day();
 }
 

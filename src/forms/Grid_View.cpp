@@ -2,9 +2,14 @@
 
 #include "analysis/Graph_Surface.h"
 #include "analysis/Status_Grids.h"
+#include "core/Err_Proc.h"
+#include "core/Mod_Main.h"
 #include "forms/Report_Print.h"
+#include "store/Cls_DB.h"
 
+#include <QDateEdit>
 #include <QHeaderView>
+#include <QPushButton>
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QTableWidget>
@@ -21,6 +26,37 @@ QTableWidget* New_Grid(QWidget* parent, const char* objectName)
     grid->setSelectionMode(QAbstractItemView::SingleSelection);
     grid->verticalHeader()->hide();
     return grid;
+}
+
+QDateEdit* New_Day_Edit(QWidget* parent, const char* objectName)
+{
+    auto* edit = new QDateEdit(parent);
+    edit->setObjectName(QLatin1String(objectName));
+    edit->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
+    edit->setCalendarPopup(true);
+    return edit;
+}
+
+QPushButton* New_Button(QWidget* parent, const QString& caption, const char* objectName)
+{
+    auto* button = new QPushButton(caption, parent);
+    button->setObjectName(QLatin1String(objectName));
+    return button;
+}
+
+QDate Newest_Stored_Day(int16_t errCode)
+{
+    QDate day = QDate::currentDate();
+    Guarded(errCode, [&] {
+        Recordset rs = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 ORDER BY D_F4 DESC"));
+        if (rs.RecordCount() < 1)
+            return;
+        const QDate stored =
+            QDate::fromString(QStringLiteral("20") + rs.Text(QStringLiteral("D_F4")), QStringLiteral("yyyyMMdd"));
+        if (stored.isValid())
+            day = stored;
+    });
+    return day;
 }
 
 void Fill_Grid(QTableWidget* grid, const Grid_Table& table, const QStringList& extraHeads)

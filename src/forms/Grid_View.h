@@ -2,9 +2,13 @@
 // The grids of the status and fuel windows: a table of the core shown in a
 // QTableWidget, and the same table on paper through the print dialog.
 #include <QString>
+#include <cstdint>
 #include <QStringList>
 #include <vector>
 
+class QDate;
+class QDateEdit;
+class QPushButton;
 class QTableWidget;
 class QWidget;
 
@@ -19,6 +23,12 @@ namespace vex::forms {
 // selected.
 void Fill_Grid(QTableWidget* grid, const Grid_Table& table, const QStringList& extraHeads = {});
 QTableWidget* New_Grid(QWidget* parent, const char* objectName);
+// A day field (yyyy-MM-dd, with the calendar) and a named button.
+QDateEdit* New_Day_Edit(QWidget* parent, const char* objectName);
+QPushButton* New_Button(QWidget* parent, const QString& caption, const char* objectName);
+// The newest day of the stored trips, or today when none is stored: where
+// the day windows open. A failure is logged under errCode.
+QDate Newest_Stored_Day(int16_t errCode);
 
 // The table as ruled rows on A4 landscape, title and subtitle above, pages
 // as needed; the system's print dialog chooses the printer.

@@ -4,6 +4,7 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "forms/Excel_Run.h"
+#include "forms/Grid_View.h"
 #include "forms/Keep_Progress.h"
 #include "store/Cls_DB.h"
 
@@ -73,14 +74,8 @@ frmReport_Reference::frmReport_Reference(QWidget* parent) : Vex_Form(QString::fr
     Opt_Driver->setEnabled(false);
     Opt_Car->setEnabled(false);
 
-    TDBDate1 = new QDateEdit(this);
-    TDBDate2 = new QDateEdit(this);
-    for (QDateEdit* d : {TDBDate1, TDBDate2}) {
-        d->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
-        d->setCalendarPopup(true);
-    }
-    TDBDate1->setObjectName(QStringLiteral("TDBDate1"));
-    TDBDate2->setObjectName(QStringLiteral("TDBDate2"));
+    TDBDate1 = New_Day_Edit(this, "TDBDate1");
+    TDBDate2 = New_Day_Edit(this, "TDBDate2");
     TDBCombo1 = new QComboBox(this);
     TDBCombo1->setObjectName(QStringLiteral("TDBCombo1"));
     TDBCombo2 = new QComboBox(this);
@@ -111,18 +106,9 @@ frmReport_Reference::frmReport_Reference(QWidget* parent) : Vex_Form(QString::fr
     box->addLayout(buttons);
 
     // The lists, and the month of the newest stored day as the period.
-    QDate last = QDate::currentDate();
-    Guarded(0, [&] {
-        TDBCombo1->addItems(Register_Codes(QStringLiteral("S_D1")));
-        TDBCombo2->addItems(Register_Codes(QStringLiteral("S_D2")));
-        Recordset rs = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 ORDER BY D_F4 DESC"));
-        if (rs.RecordCount() > 0) {
-            const QDate d = QDate::fromString(QStringLiteral("20") + rs.Text(QStringLiteral("D_F4")),
-                                              QStringLiteral("yyyyMMdd"));
-            if (d.isValid())
-                last = d;
-        }
-    });
+    TDBCombo1->addItems(Register_Codes(QStringLiteral("S_D1")));
+    TDBCombo2->addItems(Register_Codes(QStringLiteral("S_D2")));
+    const QDate last = Newest_Stored_Day(0);
     TDBDate1->setDate(QDate(last.year(), last.month(), 1));
     TDBDate2->setDate(last);
     Option_Button_Change(std::clamp<int>(G().Report_Kind, 0, 5));

@@ -18,22 +18,16 @@ namespace vex::forms {
 frm_dayreport::frm_dayreport(QWidget* parent) : Vex_Form(QString::fromLatin1(kName), parent)
 {
     setWindowTitle(QStringLiteral("일일운행정보"));
-    TDBDate1 = new QDateEdit(this);
-    TDBDate1->setObjectName(QStringLiteral("TDBDate1"));
-    TDBDate1->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
-    TDBDate1->setCalendarPopup(true);
+    TDBDate1 = New_Day_Edit(this, "TDBDate1");
     Text1 = new QSpinBox(this);
     Text1->setObjectName(QStringLiteral("Text1"));
     Text1->setRange(1, 1440);
     Text1->setValue(Stop_Threshold());
     Grid1 = New_Grid(this, "Grid1");
     Grid1->setMinimumSize(600, 300);
-    Command1 = new QPushButton(QStringLiteral("조  회"), this);
-    Command1->setObjectName(QStringLiteral("Command1"));
-    Command2 = new QPushButton(LoadResString(704), this);
-    Command2->setObjectName(QStringLiteral("Command2"));
-    Command3 = new QPushButton(QStringLiteral("Excel"), this);
-    Command3->setObjectName(QStringLiteral("Command3"));
+    Command1 = New_Button(this, QStringLiteral("조  회"), "Command1");
+    Command2 = New_Button(this, LoadResString(704), "Command2");
+    Command3 = New_Button(this, QStringLiteral("Excel"), "Command3");
     Command4 = new QPushButton(LoadResString(504), this);
     connect(Command1, &QPushButton::clicked, this, &frm_dayreport::Show_Day);
     connect(Command2, &QPushButton::clicked, this, [this] {
@@ -54,18 +48,7 @@ frm_dayreport::frm_dayreport(QWidget* parent) : Vex_Form(QString::fromLatin1(kNa
     box->addLayout(top);
     box->addWidget(Grid1, 1);
 
-    // The newest stored day.
-    QDate day = QDate::currentDate();
-    Guarded(0, [&] {
-        Recordset rs = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 ORDER BY D_F4 DESC"));
-        if (rs.RecordCount() > 0) {
-            const QDate d = QDate::fromString(QStringLiteral("20") + rs.Text(QStringLiteral("D_F4")),
-                                              QStringLiteral("yyyyMMdd"));
-            if (d.isValid())
-                day = d;
-        }
-    });
-    TDBDate1->setDate(day);
+    TDBDate1->setDate(Newest_Stored_Day(0));
     Show_Day();
 }
 
