@@ -18,6 +18,11 @@ struct Curl_Closer {
 };
 using Curl_Handle = std::unique_ptr<CURL, Curl_Closer>;
 
+struct Multi_Closer {
+    void operator()(CURLM* m) const { curl_multi_cleanup(m); }
+};
+using Multi_Handle = std::unique_ptr<CURLM, Multi_Closer>;
+
 size_t To_Buffer(char* data, size_t size, size_t n, void* out)
 {
     static_cast<QByteArray*>(out)->append(data, qsizetype(size * n));
@@ -38,7 +43,7 @@ QString Url(const Ftp_Settings& s, const QString& name = {})
 }
 
 // A handle with what every call of the pass shares: passive mode, the
-// account, the time limits. One handle keeps its connection between calls.
+// account, the time limits.
 Curl_Handle Session(const Ftp_Settings& s)
 {
     Curl_Handle c(curl_easy_init());
@@ -56,6 +61,51 @@ Curl_Handle Session(const Ftp_Settings& s)
     curl_easy_setopt(c.get(), CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(c.get(), CURLOPT_PROTOCOLS_STR, "ftp");
     return c;
+}
+
+// One call of the pass, run to its end; the multi handle keeps the control
+// connection between calls. Not curl_easy_perform: when the answer to EPSV
+// is already in as libcurl looks for it right after sending (a near server,
+// or a client that lost the processor just then), libcurl 7.88 ends that
+// round with the data connection set up but not started, and no socket to
+// wait on; curl_easy_perform then sleeps a full second before the next
+// round. Here a round that leaves no socket is followed by the next at
+// once; a second one in a row waits as libcurl's own loop would (until its
+// next timer, at most a second).
+CURLcode Perform(CURLM* multi, CURL* c)
+{
+    if (curl_multi_add_handle(multi, c) != CURLM_OK)
+        return CURLE_FAILED_INIT;
+    CURLMcode m = CURLM_OK;
+    bool noSocketBefore = false;
+    for (;;) {
+        int running = 0;
+        m = curl_multi_perform(multi, &running);
+        if (m != CURLM_OK || running == 0)
+            break;
+        fd_set read, write, except;
+        FD_ZERO(&read);
+        FD_ZERO(&write);
+        FD_ZERO(&except);
+        int maxFd = -1;
+        curl_multi_fdset(multi, &read, &write, &except, &maxFd);
+        const bool noSocket = maxFd < 0;
+        if (noSocket && !noSocketBefore) {
+            noSocketBefore = true;
+            continue;
+        }
+        noSocketBefore = false;
+        m = curl_multi_poll(multi, nullptr, 0, 1000, nullptr);
+        if (m != CURLM_OK)
+            break;
+    }
+    CURLcode code = m == CURLM_OUT_OF_MEMORY ? CURLE_OUT_OF_MEMORY : CURLE_FAILED_INIT;
+    int queued = 0;
+    while (const CURLMsg* msg = curl_multi_info_read(multi, &queued))
+        if (msg->msg == CURLMSG_DONE && msg->easy_handle == c)
+            code = msg->data.result;
+    curl_multi_remove_handle(multi, c);
+    return code;
 }
 
 bool Connect_Error(CURLcode code)
@@ -111,7 +161,8 @@ Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::f
         return pass;
     }
     Curl_Handle c = Session(s);
-    if (!c) {
+    const Multi_Handle multi(curl_multi_init());
+    if (!c || !multi) {
         pass.end = Ftp_Pass_End::No_Session;
         return pass;
     }
@@ -128,7 +179,7 @@ Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::f
     curl_easy_setopt(c.get(), CURLOPT_DIRLISTONLY, 1L);
     curl_easy_setopt(c.get(), CURLOPT_WRITEFUNCTION, To_Buffer);
     curl_easy_setopt(c.get(), CURLOPT_WRITEDATA, &listing);
-    CURLcode code = curl_easy_perform(c.get());
+    CURLcode code = Perform(multi.get(), c.get());
     if (code != CURLE_OK) {
         pass.error = QString::fromUtf8(error[0] ? error : curl_easy_strerror(code));
         pass.end = Connect_Error(code) ? Ftp_Pass_End::Connect_Failed : Ftp_Pass_End::Find_Failed;
@@ -167,7 +218,7 @@ Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::f
         curl_easy_setopt(c.get(), CURLOPT_WRITEDATA, &out);
         curl_easy_setopt(c.get(), CURLOPT_QUOTE, nullptr);
         curl_easy_setopt(c.get(), CURLOPT_NOBODY, 0L);
-        code = curl_easy_perform(c.get());
+        code = Perform(multi.get(), c.get());
         out.close();
         const bool whole = code == CURLE_OK
                            && (!name.endsWith(QLatin1String(".zip"), Qt::CaseInsensitive) || Zip_Opens(part));
@@ -191,7 +242,7 @@ Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::f
         curl_easy_setopt(c.get(), CURLOPT_URL, Url(s).toUtf8().constData());
         curl_easy_setopt(c.get(), CURLOPT_QUOTE, dele);
         curl_easy_setopt(c.get(), CURLOPT_NOBODY, 1L);
-        curl_easy_perform(c.get());
+        Perform(multi.get(), c.get());
         curl_easy_setopt(c.get(), CURLOPT_QUOTE, nullptr);
         curl_slist_free_all(dele);
     }

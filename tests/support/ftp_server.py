@@ -6,10 +6,12 @@
 Prints "ready PORT" once it listens on a free port of 127.0.0.1. "slow"
 sends about 20 kB a second, so that a test can stop the server mid-transfer.
 """
+import logging
 import sys
 
 from pyftpdlib.authorizers import DummyAuthorizer
 from pyftpdlib.handlers import FTPHandler, ThrottledDTPHandler
+from pyftpdlib.log import config_logging
 from pyftpdlib.servers import FTPServer
 
 
@@ -26,6 +28,9 @@ def main():
         dtp = ThrottledDTPHandler
         dtp.read_limit = 20000
         Handler.dtp_handler = dtp
+    # Warnings only: pyftpdlib logs every command to stderr, which nobody
+    # reads; once the pipe is full the server blocks mid-session.
+    config_logging(level=logging.WARNING)
     server = FTPServer(("127.0.0.1", 0), Handler)
     print("ready", server.address[1], flush=True)
     server.serve_forever()
