@@ -54,18 +54,24 @@ QString Trip_File_Target(const QString& path)
     return App_Path(G().App_Dir, QStringLiteral("\\pack\\%1\\%2\\%2%3.vex").arg(car, date, time));
 }
 
-void Remote_Load(Cls_DB& live, Remote_Outcome& out, const Exchange_Progress& progress)
+void Remote_Load(Cls_DB& live, Remote_Outcome& out, const Exchange_Progress& progress,
+                 const std::function<void(const QString&)>& say)
 {
+    const auto tell = [&](const QString& message) {
+        out.messages << message;
+        if (say)
+            say(message);
+    };
     out.loadingRan = true;
     const QString exp = Exp_Dir();
     const QStringList files = Files_Of(exp);
     if (files.isEmpty())
         return;
     if (std::none_of(files.begin(), files.end(), Is_Zip)) {
-        out.messages << kNoData;
+        tell(kNoData);
         return;
     }
-    out.messages << LoadResString(1241);
+    tell(LoadResString(1241));
     // Packages: each through the import of packages, whole or not at all.
     for (const QString& name : Files_Of(exp)) {
         if (!Is_Zip(name))

@@ -29,8 +29,10 @@ struct Remote_Outcome {
 // a worker thread. Sets loadingDue as the passes' table says.
 Remote_Outcome Remote_Transfer(const Ftp_Settings& s, const std::function<void(const QString&)>& each = {});
 
-// The loading step alone, on "\exp".
-void Remote_Load(Cls_DB& live, Remote_Outcome& out, const Exchange_Progress& progress = {});
+// The loading step alone, on "\exp". Its messages are also told to `say`
+// the moment they arise (message 1241 before anything is loaded).
+void Remote_Load(Cls_DB& live, Remote_Outcome& out, const Exchange_Progress& progress = {},
+                 const std::function<void(const QString&)>& say = {});
 
 // The press of the button. each is told every file before its download.
 Remote_Outcome Remote_Reception(Cls_DB& live, const Ftp_Settings& s, const std::function<void(const QString&)>& each = {},

@@ -46,14 +46,17 @@ void Remote_Press(QWidget* parent)
     }
     transfer.join();
     dialog.close();
+    // What the passes said, then the loading step, which says what it finds
+    // (message 1241) before it loads.
+    for (const QString& m : out.messages)
+        Msg_Box(m, QMessageBox::NoIcon);
     if (out.loadingDue) {
+        const auto say = [](const QString& m) { Msg_Box(m, QMessageBox::NoIcon); };
         Keep_With_Progress(parent, QStringLiteral("DB Loading..."), [&](const Exchange_Progress& p) {
-            Remote_Load(*G().DB, out, p);
+            Remote_Load(*G().DB, out, p, say);
             return Exchange_Report{};
         });
     }
-    for (const QString& m : out.messages)
-        Msg_Box(m, QMessageBox::NoIcon);
     if (!out.kept.isEmpty())
         Msg_Box(out.kept.join(QLatin1Char('\n')), QMessageBox::Warning);
 }

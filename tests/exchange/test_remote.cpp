@@ -113,6 +113,19 @@ TEST_F(Remote, RefusalsAndAccountsWithoutNetwork)
     out = Press(server);
     EXPECT_EQ(out.messages.value(1), "데이터가 없읍니다");
     EXPECT_TRUE(QFile::exists(app.Path("Exp/odd.Zip")));
+
+    // Message 1241 is told while the package still waits, before loading.
+    QFile::remove(app.Path("Exp/odd.Zip"));
+    db().Execute("DELETE * FROM D_D1");
+    Package_On_Server("again.zip");
+    ASSERT_TRUE(QFile::rename(folder + "/again.zip", app.Path("Exp/again.zip")));
+    Remote_Outcome load;
+    QStringList said;
+    Remote_Load(*G().DB, load, {}, [&](const QString& m) {
+        said << m + (QFile::exists(app.Path("Exp/again.zip")) ? " (waiting)" : " (loaded)");
+    });
+    EXPECT_EQ(said, QStringList{LoadResString(1241) + " (waiting)"});
+    EXPECT_EQ(load.loaded, QStringList{"again.zip"});
 }
 
 TEST_F(Remote, UntrustedNamesAndACutDownload)
