@@ -8,7 +8,6 @@
 #include "reports/Excel_Grid.h"
 #include "store/Cls_DB.h"
 
-#include <QFileInfo>
 #include <map>
 
 namespace vex::cli {
@@ -82,9 +81,7 @@ int Cmd_Excel(Context& ctx)
     sel.driver = Take_Option(args, QStringLiteral("--driver"));
     sel.from = Take_Option(args, QStringLiteral("--from"));
     sel.to = Take_Option(args, QStringLiteral("--to"));
-    QString out = Take_Option(args, QStringLiteral("--out"));
-    if (!out.isEmpty())
-        out = QFileInfo(out).absoluteFilePath();
+    const QString out = Take_Out_Path(args);
     const bool ok = args.isEmpty() && Day_Text(sel.from) && Day_Text(sel.to) && sel.from <= sel.to &&
                     (!kind->second.needsCar || sel.car.size() == 6) &&
                     (!kind->second.needsDriver || sel.driver.size() == 6) &&

@@ -15,7 +15,6 @@
 #include "reports/Report_Text.h"
 #include "store/Cls_DB.h"
 
-#include <QFileInfo>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <functional>
@@ -72,10 +71,7 @@ int Cmd_Report(Context& ctx)
 {
     QStringList args = ctx.args;
     const QString kind = args.isEmpty() ? QString() : args.takeFirst();
-    // The start moves into the application folder: a file named from here.
-    QString out = Take_Option(args, QStringLiteral("--out"));
-    if (!out.isEmpty())
-        out = QFileInfo(out).absoluteFilePath();
+    const QString out = Take_Out_Path(args);
     const QString printerName = Take_Option(args, QStringLiteral("--printer"));
     if (out.isEmpty() == printerName.isEmpty())
         return Usage_Error(ctx, QStringLiteral("give --out FILE.pdf or --printer NAME"));

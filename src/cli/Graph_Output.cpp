@@ -2,6 +2,7 @@
 
 #include "analysis/Graph_Surface.h"
 
+#include <QFileInfo>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
@@ -34,9 +35,15 @@ bool Number_Option(QStringList& args, const QString& name, int fallback, int low
     return ok && value >= low && value <= high && (allowed.isEmpty() || allowed.contains(value));
 }
 
+QString Take_Out_Path(QStringList& args)
+{
+    const QString out = Take_Option(args, QStringLiteral("--out"));
+    return out.isEmpty() ? out : QFileInfo(out).absoluteFilePath();
+}
+
 bool Take_Output(QStringList& args, Graph_File& file, QString& reason)
 {
-    file.path = Take_Option(args, QStringLiteral("--out"));
+    file.path = Take_Out_Path(args);
     const QString size = Take_Option(args, QStringLiteral("--size"));
     if (file.path.isEmpty()) {
         reason = QStringLiteral("--out FILE.png|FILE.pdf is needed");

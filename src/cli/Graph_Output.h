@@ -30,6 +30,10 @@ bool Render(const Graph_File& file, const QString& title, const QStringList& hea
 
 // Takes "--name VALUE" out of args; empty text when absent.
 QString Take_Option(QStringList& args, const QString& name);
+// Takes "--out FILE" out of args as an absolute path: the start moves into
+// the application folder, and a file named from the shell stays where it was
+// named. Empty when absent.
+QString Take_Out_Path(QStringList& args);
 
 // Takes "--name N" out of args: a whole number from low to high (and of
 // allowed, when given); fallback when absent. False when it is none.

@@ -7,6 +7,7 @@
 #include "support/ReceivedSite.h"
 #include "support/TempApp.h"
 
+#include <QDir>
 #include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
@@ -58,6 +59,15 @@ TEST_F(GraphCli, DayAsImageAndAsPage)
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     EXPECT_TRUE(r.out.contains("window 8-10h"));
     EXPECT_EQ(QImage(Out("zoom.png")).size(), QSize(800, 600));
+
+    // A relative name is taken from where the command was given, not from
+    // the application folder the program works in.
+    const QString here = QDir::currentPath();
+    QDir::setCurrent(out.path());
+    r = Run({"graph", "day", "12AB00", "000123", "260105", "--out", "relative.png"});
+    QDir::setCurrent(here);
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    EXPECT_EQ(QImage(Out("relative.png")).size(), QSize(1920, 1080));
 
     // The page, read back: title, band titles and the ticks of two hours.
     r = Run({"graph", "day", "12AB00", "000123", "260105", "--zoom", "2", "--hour", "8", "--out", Out("day.pdf")});
