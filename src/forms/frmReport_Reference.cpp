@@ -103,6 +103,7 @@ frmReport_Reference::frmReport_Reference(QWidget* parent) : Vex_Form(QString::fr
     box->addWidget(kinds);
     box->addWidget(by);
     box->addLayout(fields);
+    box->addStretch();
     box->addLayout(buttons);
 
     // The lists, and the month of the newest stored day as the period.
