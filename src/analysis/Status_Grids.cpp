@@ -76,6 +76,14 @@ QString Clock_Text(int seconds)
         .arg(seconds % 60, 2, 10, QLatin1Char('0'));
 }
 
+QString Register_Name(Cls_DB& db, const QString& code, bool driver)
+{
+    Recordset rs = db.DB_RSet_D_D(driver ? QStringLiteral("SELECT * FROM S_D2 WHERE D_F1 = ?")
+                                         : QStringLiteral("SELECT * FROM S_D1 WHERE D_F1 = ?"),
+                                  {code});
+    return rs.RecordCount() > 0 ? rs.Text(driver ? QStringLiteral("D_F2") : QStringLiteral("D_F3")) : QString();
+}
+
 Grid_Table Day_Drive_Grid(Cls_DB& db, const QString& day)
 {
     Grid_Table g;
@@ -140,14 +148,7 @@ Grid_Table Car_Condition_Grid(Cls_DB& db, const QString& yymm, bool byDriver, in
         ? QStringLiteral("SELECT * FROM D_DI WHERE (MID(D_F1,7,6)) = ? AND Left(RIGHT(D_F1,6),4) = ?")
         : QStringLiteral("SELECT * FROM D_DI WHERE (LEFT(D_F1,6)) = ? AND Left(RIGHT(D_F1,6),4) = ?");
     for (const Sum& s : ranked) {
-        QString name;
-        if (byDriver) {
-            Recordset d = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D2 WHERE D_F1 = ?"), {s.code});
-            name = d.RecordCount() > 0 ? d.Text(QStringLiteral("D_F2")) : QString();
-        } else {
-            Recordset c = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1 = ?"), {s.code});
-            name = c.RecordCount() > 0 ? c.Text(QStringLiteral("D_F3")) : QString();
-        }
+        const QString name = Register_Name(db, s.code, byDriver);
         const int idleSeconds = Idle_Seconds(db, idleSql, {s.code, yymm});
         g.rows.push_back({QString::number(g.rows.size() + 1), s.code, name, QString::number(s.band[0]),
                           QString::number(s.band[1]), QString::number(s.band[2]), QString::number(s.over),

@@ -26,6 +26,10 @@ std::vector<std::pair<QString, QString>> Month_List(Cls_DB& db);
 int Idle_Seconds(Cls_DB& db, const QString& sql, const QVariantList& values);
 QString Clock_Text(int seconds); // "hh:mm:ss", hours past 24 as they come
 
+// The name a grid shows for a code: the driver's name (S_D2.D_F2) or the
+// car's number (S_D1.D_F3); empty without a register row.
+QString Register_Name(Cls_DB& db, const QString& code, bool driver);
+
 // "일일운행실태": the trips of a day (YYMMDD), one row each; keys are the
 // trip keys. The two view columns are the windows' own.
 Grid_Table Day_Drive_Grid(Cls_DB& db, const QString& day);

@@ -11,9 +11,6 @@
 #include "reports/Excel_Grid.h"
 #include "store/Cls_DB.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QVBoxLayout>
 
 namespace vex::forms {
 
@@ -35,15 +32,7 @@ Frm_consume::Frm_consume(const QString& formName, QWidget* parent) : Vex_Form(fo
     connect(Command3, &QPushButton::clicked, this, &Frm_consume::Excel_Export);
     connect(Command4, &QPushButton::clicked, this, &QWidget::close);
 
-    auto* top = new QHBoxLayout;
-    top->addWidget(new QLabel(LoadResString(1033), this));
-    top->addWidget(TDBDate1);
-    top->addStretch();
-    for (QPushButton* b : {Command1, Command2, Command3, Command4})
-        top->addWidget(b);
-    auto* box = new QVBoxLayout(this);
-    box->addLayout(top);
-    box->addWidget(Grid1, 1);
+    Grid_Window_Layout(this, {{LoadResString(1033), TDBDate1}}, {Command1, Command2, Command3, Command4}, Grid1);
 }
 
 void Frm_consume::Show_Day(const QDate& day)

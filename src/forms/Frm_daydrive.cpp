@@ -15,9 +15,6 @@
 #include "reports/Excel_Grid.h"
 #include "store/Cls_DB.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QVBoxLayout>
 
 namespace vex::forms {
 
@@ -48,16 +45,7 @@ Frm_daydrive::Frm_daydrive(QWidget* parent) : Vex_Form(QString::fromLatin1(kName
     connect(Command3, &QPushButton::clicked, this,
             [this] { Open<Frm_consume1>(parentWidget())->Show_Day(TDBDate1->date()); });
 
-    auto* top = new QHBoxLayout;
-    top->addWidget(new QLabel(LoadResString(1033), this));
-    top->addWidget(TDBDate1);
-    top->addStretch();
-    top->addWidget(Command1);
-    top->addWidget(Command2);
-    top->addWidget(Command3);
-    auto* box = new QVBoxLayout(this);
-    box->addLayout(top);
-    box->addWidget(Grid1, 1);
+    Grid_Window_Layout(this, {{LoadResString(1033), TDBDate1}}, {Command1, Command2, Command3}, Grid1);
 
     const QSignalBlocker quiet(TDBDate1);
     TDBDate1->setDate(Newest_Stored_Day(1054));
@@ -68,7 +56,6 @@ void Frm_daydrive::Show_Day()
 {
     table_ = {};
     Guarded(1056, [&] { table_ = Day_Drive_Grid(*G().DB, TDBDate1->date().toString(QStringLiteral("yyMMdd"))); });
-    keys_ = table_.keys;
     Fill_Grid(Grid1, table_, {QStringLiteral("분당 운행그래프"), LoadResString(1298)});
 }
 
@@ -81,12 +68,12 @@ void Frm_daydrive::Excel_Export()
 
 void Frm_daydrive::Cell_Clicked(int row, int column)
 {
-    if (row < 0 || row >= keys_.size() || (column != kMinuteColumn && column != kSecondColumn))
+    if (row < 0 || row >= table_.keys.size() || (column != kMinuteColumn && column != kSecondColumn))
         return;
     Report_Selection& sel = Selection();
-    sel.Car_Code = keys_[row].left(6);
-    sel.Driver_Code = keys_[row].mid(6, 6);
-    sel.Start_Date = keys_[row].right(6);
+    sel.Car_Code = table_.keys[row].left(6);
+    sel.Driver_Code = table_.keys[row].mid(6, 6);
+    sel.Start_Date = table_.keys[row].right(6);
     if (column == kMinuteColumn) {
         Open<frmReport_Operation>(parentWidget())->Load_Selection();
     } else {
@@ -97,9 +84,9 @@ void Frm_daydrive::Cell_Clicked(int row, int column)
 
 void Frm_daydrive::Row_Double_Clicked(int row)
 {
-    if (row < 0 || row >= keys_.size())
+    if (row < 0 || row >= table_.keys.size())
         return;
-    Open<Frm_oversp>(parentWidget())->Show_Trip(keys_[row].left(6), keys_[row].mid(6, 6), keys_[row].right(6));
+    Open<Frm_oversp>(parentWidget())->Show_Trip(table_.keys[row].left(6), table_.keys[row].mid(6, 6), table_.keys[row].right(6));
 }
 
 } // namespace vex::forms

@@ -32,8 +32,7 @@ public:
     void Row_Double_Clicked(int row);
 
 private:
-    Grid_Table table_;
-    QStringList keys_; // car, driver and day of each row
+    Grid_Table table_; // its keys: car, driver and day of each row
 };
 
 } // namespace vex::forms

@@ -8,6 +8,9 @@
 #include "store/Cls_DB.h"
 
 #include <QDateEdit>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QPagedPaintDevice>
@@ -42,6 +45,22 @@ QPushButton* New_Button(QWidget* parent, const QString& caption, const char* obj
     auto* button = new QPushButton(caption, parent);
     button->setObjectName(QLatin1String(objectName));
     return button;
+}
+
+void Grid_Window_Layout(QWidget* window, const std::vector<std::pair<QString, QWidget*>>& fields,
+                        const std::vector<QPushButton*>& buttons, QTableWidget* grid)
+{
+    auto* top = new QHBoxLayout;
+    for (const auto& [label, field] : fields) {
+        top->addWidget(new QLabel(label, window));
+        top->addWidget(field);
+    }
+    top->addStretch();
+    for (QPushButton* b : buttons)
+        top->addWidget(b);
+    auto* box = new QVBoxLayout(window);
+    box->addLayout(top);
+    box->addWidget(grid, 1);
 }
 
 QDate Newest_Stored_Day(int16_t errCode)

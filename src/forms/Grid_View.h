@@ -4,6 +4,7 @@
 #include <QString>
 #include <cstdint>
 #include <QStringList>
+#include <utility>
 #include <vector>
 
 class QDate;
@@ -26,6 +27,11 @@ QTableWidget* New_Grid(QWidget* parent, const char* objectName);
 // A day field (yyyy-MM-dd, with the calendar) and a named button.
 QDateEdit* New_Day_Edit(QWidget* parent, const char* objectName);
 QPushButton* New_Button(QWidget* parent, const QString& caption, const char* objectName);
+// The layout of a grid window: a bar of labelled fields (label, field,
+// label, field ...) and the buttons at its right, the grid below it.
+void Grid_Window_Layout(QWidget* window, const std::vector<std::pair<QString, QWidget*>>& fields,
+                        const std::vector<QPushButton*>& buttons, QTableWidget* grid);
+
 // The newest day of the stored trips, or today when none is stored: where
 // the day windows open. A failure is logged under errCode.
 QDate Newest_Stored_Day(int16_t errCode);

@@ -9,9 +9,6 @@
 #include "reports/Excel_Grid.h"
 #include "store/Cls_DB.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QVBoxLayout>
 
 namespace vex::forms {
 
@@ -36,17 +33,8 @@ frm_dayreport::frm_dayreport(QWidget* parent) : Vex_Form(QString::fromLatin1(kNa
     connect(Command3, &QPushButton::clicked, this, &frm_dayreport::Excel_Export);
     connect(Command4, &QPushButton::clicked, this, &QWidget::close);
 
-    auto* top = new QHBoxLayout;
-    top->addWidget(new QLabel(QStringLiteral("운행일"), this));
-    top->addWidget(TDBDate1);
-    top->addWidget(new QLabel(QStringLiteral("비운행기준(분)"), this));
-    top->addWidget(Text1);
-    top->addStretch();
-    for (QPushButton* b : {Command1, Command2, Command3, Command4})
-        top->addWidget(b);
-    auto* box = new QVBoxLayout(this);
-    box->addLayout(top);
-    box->addWidget(Grid1, 1);
+    Grid_Window_Layout(this, {{QStringLiteral("운행일"), TDBDate1}, {QStringLiteral("비운행기준(분)"), Text1}},
+                       {Command1, Command2, Command3, Command4}, Grid1);
 
     TDBDate1->setDate(Newest_Stored_Day(0));
     Show_Day();

@@ -76,6 +76,20 @@ void Add(Totals& t, const Recordset& rs)
     }
 }
 
+// The figures of a row into the sums (the days worked are counted apart).
+void Add_Up(Totals& sum, const Totals& t)
+{
+    sum.minutes += t.minutes;
+    sum.km += t.km;
+    for (int i = 0; i < 5; ++i)
+        sum.events[i] += t.events[i];
+    for (int i = 0; i < 3; ++i)
+        sum.bands[i] += t.bands[i];
+    sum.marks += t.marks;
+    sum.trips += t.trips;
+    sum.idleSeconds += t.idleSeconds;
+}
+
 QString Hours(double minutes)
 {
     const int m = int(minutes + 0.5);
@@ -172,23 +186,10 @@ Excel_Result Totals_Report(const Layout& k, Cls_DB& db, const QString& appDir, c
         }
         book.Copy_Row_Format(kRecordRow, row);
         book.Set_Text(1, row, t.code);
-        if (k.byDriver) {
-            book.Set_Text(2, row, Driver_Name(db, t.code));
-        } else {
-            Recordset car = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1 = ?"), {t.code});
-            book.Set_Text(2, row, car.RecordCount() > 0 ? car.Text(QStringLiteral("D_F3")) : QString());
-        }
+        book.Set_Text(2, row, Register_Name(db, t.code, k.byDriver));
         Put_Figures(book, k, row, t, int(t.days.size()), 1, true);
         workDays += int(t.days.size());
-        sum.minutes += t.minutes;
-        sum.km += t.km;
-        for (int i = 0; i < 5; ++i)
-            sum.events[i] += t.events[i];
-        for (int i = 0; i < 3; ++i)
-            sum.bands[i] += t.bands[i];
-        sum.marks += t.marks;
-        sum.trips += t.trips;
-        sum.idleSeconds += t.idleSeconds;
+        Add_Up(sum, t);
         ++row;
     }
     book.Copy_Row_Format(kRecordRow, row);
