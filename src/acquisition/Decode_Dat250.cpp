@@ -60,7 +60,10 @@ bool Decode_Dat250(const QString& path)
         std::vector<float> metres(kDayMinutes + 1, 0.0f);
         for (int k = 0; k < kDayMinutes; ++k)
             metres[k + 1] = float(minute[2 * k]) * 100.0f + float(minute[2 * k + 1]);
-        G().DB->DB_Save_D_D_usb(car, driver, speed, engine, metres, current);
+        // A day whose file can't be written (a full disk) is named in the
+        // reception's outcome; the log stays on the medium for another try.
+        if (G().DB->DB_Save_D_D_usb(car, driver, speed, engine, metres, current) != -1)
+            state.unsaved << current + QStringLiteral(" (") + Err_Last() + QLatin1Char(')');
         std::fill(speed.begin(), speed.end(), 0);
         std::fill(engine.begin(), engine.end(), 0);
         std::fill(minute.begin(), minute.end(), 0);

@@ -26,6 +26,7 @@ enum : int {
     kTextNoSystemPage = 5009,
     kTextNotMarked = 5010,
     kTextNoLink = 5011,
+    kTextUnsaved = 5018,
     kTextBadPack = 183,
     kTextPackCheck = 184,
 };
@@ -173,6 +174,8 @@ Reception_Outcome Receive_Usb_Log(const QString& model, const QString& spdrPath,
             outcome.failure = Err_Last();
     } else if (!Decode_Dat250(spdrPath)) {
         outcome.failure = Err_Last();
+    } else if (!state.unsaved.isEmpty()) {
+        outcome.failure = LoadResString(kTextUnsaved).arg(state.unsaved.join(QStringLiteral(", ")));
     }
     if (progress)
         progress(1, 1, QStringLiteral("read ") + QFileInfo(spdrPath).fileName());

@@ -95,7 +95,8 @@ Usb_Days_Held Usb_Log_Days(const QString& spdrPath, const QString& model, int th
 struct Usb_Reception {
     QString car, driver;
     QString from, to;
-    QStringList stored; // keys car + driver + day of the days decoded, in order
+    QStringList stored;   // keys car + driver + day of the days decoded, in order
+    QStringList unsaved;  // "YYMMDD (why)": days of a "250" log whose day file could not be written
 };
 Usb_Reception& Usb_State();
 

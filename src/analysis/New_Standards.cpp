@@ -188,6 +188,8 @@ Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
             trips.Set(QStringLiteral("D_F15"), after.band1);
             trips.Set(QStringLiteral("D_F16"), after.band2);
             trips.Set(QStringLiteral("D_F17"), after.band3);
+            // The write waits for a reception that holds the database.
+            Cls_DB::Batch write(db);
             trips.Update();
             if (!Same(before, after))
                 ++summary.changed;

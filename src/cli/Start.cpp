@@ -4,6 +4,8 @@
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "core/Settings_Load.h"
+#include "exchange/Data_Package.h"
+#include "exchange/Db_Compaction.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
 
@@ -16,7 +18,15 @@ bool Start_App(Context& ctx)
         ctx.err << "vexcli: " << reason << "\n";
         return false;
     }
+    // A compaction of an earlier run takes effect before the database is
+    // opened, by the same rule as at the desktop's start.
+    const Compaction_Takeover takeover = Take_Over_Compaction(ctx.appDir);
     Main_Start(ctx.appDir);
+    if (takeover == Compaction_Takeover::Stale)
+        ctx.err << "vexcli: " << Stale_Compaction_Message() << "\n";
+    if (takeover == Compaction_Takeover::Failed)
+        ctx.err << "vexcli: the compacted copy " << App_Path(ctx.appDir, "\\db\\temp2.mdb")
+                << " could not replace the database; it waits for the next start\n";
     Globals& g = G();
     if (g.DB_Server.isEmpty()) {
         ctx.err << "vexcli: " << App_Path(ctx.appDir, "\\MORIX.INI")
@@ -28,6 +38,13 @@ bool Start_App(Context& ctx)
         ctx.err << "vexcli: cannot open the database " << g.DB_Server << ": " << Err_Last() << "\n";
         return false;
     }
+    // A write that waits for another program says so.
+    g.DB->Wait_Notice = [&ctx](const QString& text) {
+        ctx.err << "vexcli: " << text << "\n";
+        ctx.err.flush();
+    };
+    // A re-key cut short after its rows committed gets its day files.
+    Finish_Pending_Renames(*g.DB);
     return true;
 }
 

@@ -223,7 +223,10 @@ Exchange_Report Delete_Selection(Cls_DB& live, const Selection& s, const Exchang
     if (s.car.isEmpty())
         return Refused(QStringLiteral("차량코드는 반드시 선택하세요"));
     Exchange_Report r;
+    // One transaction: a delete cut short (a failure, a killed process)
+    // leaves every table as it was, never some tables emptied and others not.
     r.ok = Guarded(1089, [&] {
+        Cls_DB::Transaction all(live);
         int step = 0;
         for (const QString& t : Day_Tables()) {
             auto [sql, values] = Selection_Where(t, s);
@@ -234,7 +237,10 @@ Exchange_Report Delete_Selection(Cls_DB& live, const Selection& s, const Exchang
             if (progress)
                 progress(QStringLiteral("delete"), ++step, int(Day_Tables().size()));
         }
+        all.Commit();
     });
+    if (!r.ok)
+        r.tables.clear();
     r.message = r.ok ? QStringLiteral("삭제 되었습니다.") : Err_Last();
     return r;
 }
@@ -268,24 +274,27 @@ Exchange_Report Rekey(Cls_DB& live, const QString& car, const QString& driver, c
     if (!Is_Code(car) || !Is_Code(driver) || !Is_Code(newDriver) || !Is_Day(from) || !Is_Day(to) || from > to)
         return Refused(QStringLiteral("car, driver and new driver are codes, the days YYMMDD"));
     Exchange_Report r;
+    // Every day is checked before anything changes: a day whose new file
+    // exists stops the re-key with all days as they were.
+    QList<std::pair<QString, QString>> renames; // system paths, old and new
     const QDate a = Date_Of(from), b = Date_Of(to);
-    const qint64 days = a.daysTo(b);
-    for (qint64 i = 0; i <= days; ++i) {
+    for (qint64 i = 0, days = a.daysTo(b); i <= days; ++i) {
         const QString day = a.addDays(i).toString(QStringLiteral("yyMMdd"));
-        const QString oldFile = App(Day_File_Name(car, driver, day));
-        const QString newFile = App(Day_File_Name(car, newDriver, day));
-        if (!QFileInfo(oldFile).isFile())
+        const QString oldFile = Day_File_Name(car, driver, day), newFile = Day_File_Name(car, newDriver, day);
+        if (!QFileInfo(App(oldFile)).isFile())
             continue;
-        if (QFileInfo::exists(newFile)) {
+        if (QFileInfo::exists(App(newFile))) {
             r.message = QStringLiteral("동일한 차량번호 데이터가 존재합니다");
             return r;
         }
-        if (QFile::copy(oldFile, newFile) && QFile::remove(oldFile))
-            r.files << newFile;
+        renames.append({oldFile, newFile});
     }
     static const QStringList order{"D_D1", "D_D7", "D_D8", "D_D3", "D_DI", "D_D6", "D_D2", "D_D4", "D_D9"};
+    // The rows and the list of renames commit together or not at all; the
+    // files follow the committed rows, now or at the next start.
     r.ok = Guarded(1089, [&] {
-        Cls_DB::Batch batch(live);
+        live.Ensure_Schema();
+        Cls_DB::Transaction all(live);
         int step = 0;
         for (const QString& t : order) {
             Recordset rs = live.DB_RSet_D_D(
@@ -306,9 +315,44 @@ Exchange_Report Rekey(Cls_DB& live, const QString& car, const QString& driver, c
             if (progress)
                 progress(QStringLiteral("rekey"), ++step, int(order.size()));
         }
+        for (const auto& [oldFile, newFile] : renames) {
+            Recordset pending = Row_Or_New(live, QStringLiteral("X_RENAME"), oldFile);
+            pending.Set(QStringLiteral("D_F2"), newFile);
+            pending.Update();
+        }
+        all.Commit();
     });
-    r.message = r.ok ? QStringLiteral("완료") : Err_Last();
+    if (!r.ok) {
+        r.tables.clear();
+        r.message = Err_Last();
+        return r;
+    }
+    r.files = Finish_Pending_Renames(live);
+    r.message = QStringLiteral("완료");
     return r;
+}
+
+QStringList Finish_Pending_Renames(Cls_DB& live)
+{
+    QStringList done;
+    if (!live.Has_Table(QStringLiteral("X_RENAME")))
+        return done;
+    Guarded(1089, [&] {
+        Recordset pending = live.DB_RSet_D_D(QStringLiteral("SELECT * FROM X_RENAME"));
+        for (pending.MoveFirst(); !pending.EOF_(); pending.MoveNext()) {
+            const QString oldFile = App(pending.Text(QStringLiteral("D_F1")));
+            const QString newFile = App(pending.Text(QStringLiteral("D_F2")));
+            // One rename in one folder: the file is under its old name or its
+            // new one, never both or neither.
+            if (QFileInfo(oldFile).isFile() && !QFileInfo::exists(newFile)
+                && std::rename(QFile::encodeName(oldFile).constData(), QFile::encodeName(newFile).constData()) != 0)
+                throw RunTimeError(QStringLiteral("cannot rename ") + oldFile + QStringLiteral(" to ") + newFile);
+            if (QFileInfo(newFile).isFile())
+                done << newFile;
+            live.Execute(QStringLiteral("DELETE * FROM X_RENAME WHERE D_F1 = ?"), {pending.Text(QStringLiteral("D_F1"))});
+        }
+    });
+    return done;
 }
 
 } // namespace vex

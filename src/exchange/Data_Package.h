@@ -37,11 +37,18 @@ Exchange_Report Delete_Selection(Cls_DB& live, const Selection& s, const Exchang
 Exchange_Report Import_Package(Cls_DB& live, const QString& zipOrFolder, bool withSiteTable = false,
                                const Exchange_Progress& progress = {});
 
-// The days from..to of car and driver become newDriver's: day files first
-// (a day whose new file exists already stops the move there with
-// "동일한 차량번호 데이터가 존재합니다"), then D_F1 of the rows, and D_F2,
-// D_F3 of D_D1.
+// The days from..to of car and driver become newDriver's: D_F1 of the rows,
+// D_F2 and D_F3 of D_D1, and the day files. Every day is checked first: a
+// day whose new file exists already stops the re-key before anything
+// changes, with "동일한 차량번호 데이터가 존재합니다". The rows change in one
+// transaction together with the list of files to rename; the renames
+// follow (Finish_Pending_Renames).
 Exchange_Report Rekey(Cls_DB& live, const QString& car, const QString& driver, const QString& from,
                       const QString& to, const QString& newDriver, const Exchange_Progress& progress = {});
+
+// The day-file renames of a re-key whose rows have committed, done and
+// struck off the list: at the end of a re-key, and at each start for one
+// that was cut short. The new paths of the files now in place.
+QStringList Finish_Pending_Renames(Cls_DB& live);
 
 } // namespace vex

@@ -2,10 +2,13 @@
 
 #include "acquisition/Inbox_Names.h"
 #include "core/Err_Proc.h"
+#include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "exchange/Data_Package.h"
+#include "exchange/Db_Compaction.h"
 #include "exchange/Package.h"
 #include "platform/AppFolder.h"
+#include "platform/FileSystem.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 
@@ -14,50 +17,52 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <optional>
 
 namespace vex {
 
 namespace {
+
+enum : int { kTextBackupExists = 5014, kTextMoveFromLive = 5015 };
 
 QString App(const QString& systemPath)
 {
     return App_Path(G().App_Dir, systemPath);
 }
 
-} // namespace
-
-Optimise_Result Optimise(Cls_DB& live)
+// The move's source is this installation: its database file, or another
+// file of its "\db" (whose "..\pack" is this installation's own).
+bool Is_Live_Database(Cls_DB& live, const QString& source)
 {
-    Optimise_Result r;
+    const QFileInfo chosen(source);
+    QStringList ours{QFileInfo(App(QStringLiteral("\\db"))).canonicalFilePath(),
+                     QFileInfo(G().App_Dir).canonicalFilePath()};
     const DbTarget& t = live.Target();
-    if (t.engine != Engine::Sqlite) {
-        // A server keeps its own files: the nearest thing is to reclaim and
-        // renew its statistics in place.
-        r.ok = Guarded(1089, [&] {
-            if (live.Dialect() != Engine::Postgres)
-                throw RunTimeError(QStringLiteral("this data source has no compaction the program knows"));
-            live.Execute(QStringLiteral("VACUUM ANALYZE"));
-        });
-        r.message = r.ok ? QStringLiteral("VACUUM ANALYZE") : Err_Last();
-        return r;
-    }
-    const QString temp2 = App(QStringLiteral("\\db\\temp2.mdb"));
-    const QString part = temp2 + QStringLiteral(".part");
-    r.before = QFileInfo(t.database).size();
-    r.ok = Guarded(1089, [&] {
-        QFile::remove(part);
-        live.Execute(QStringLiteral("VACUUM INTO ?"), {part});
-        QFile::remove(temp2);
-        if (!QFile::rename(part, temp2))
-            throw RunTimeError(QStringLiteral("cannot write ") + temp2);
-    });
-    QFile::remove(part);
-    r.after = r.ok ? QFileInfo(temp2).size() : -1;
-    r.swapAtStart = r.ok;
-    r.message = r.ok ? QStringLiteral("최적화가 완료되었읍니다. 프로그램을 종료하신 후 다시 실행하여 주시기 바랍니다!")
-                     : QStringLiteral("최적화가 실패되었읍니다.   ") + Err_Last();
-    return r;
+    if (t.engine == Engine::Sqlite)
+        ours << QFileInfo(t.database).absoluteDir().canonicalPath();
+    const QString folder = chosen.isDir() ? chosen.canonicalFilePath() : chosen.absoluteDir().canonicalPath();
+    return !folder.isEmpty() && ours.contains(folder);
 }
+
+// A day file copied in beside its target and renamed over it: the target
+// is never missing, and a copy of a file onto itself changes nothing.
+bool Copy_Over(const QString& from, const QString& to)
+{
+    if (QFileInfo(from).canonicalFilePath() == QFileInfo(to).canonicalFilePath())
+        return true;
+    QDir().mkpath(QFileInfo(to).absolutePath());
+    const QString part = to + QStringLiteral(".part");
+    QFile::remove(part);
+    if (!QFile::copy(from, part))
+        return false;
+    if (std::rename(QFile::encodeName(part).constData(), QFile::encodeName(to).constData()) != 0) {
+        QFile::remove(part);
+        return false;
+    }
+    return true;
+}
+
+} // namespace
 
 std::pair<QString, QString> Backup_Period(Cls_DB& live)
 {
@@ -96,17 +101,23 @@ Exchange_Report Backup(Cls_DB& live, const QString& from, const QString& to, con
         if (progress)
             progress(text, step, 16);
     };
-    Stage(QStringLiteral("DB를 백업합니다"), 1);
     Selection all{from, to};
     const QString name = from + to;
+    const QString zip = App(QStringLiteral("\\exp\\")) + name + QStringLiteral(".zip");
+    // A package of this period holds the rows an earlier backup took out of
+    // the database: a second run would put an emptier one in its place.
+    if (QFileInfo::exists(zip)) {
+        r.message = LoadResString(kTextBackupExists).arg(QDir::toNativeSeparators(zip));
+        return r;
+    }
+    Stage(QStringLiteral("DB를 백업합니다"), 1);
     Exchange_Report exported = Export_Package(live, all, name, [&](const QString&, int done, int) {
         Stage(QStringLiteral("DB를 백업합니다"), 1 + done);
     });
     r.tables = exported.tables;
     r.files = exported.files;
-    const QString zip = App(QStringLiteral("\\exp\\")) + name + QStringLiteral(".zip");
     // Nothing leaves the live database before its package is whole on disk.
-    if (!exported.ok || !Zip_Holds(zip, QStringLiteral("exp.mdb"))) {
+    if (!exported.ok || !Zip_Holds(zip, QStringLiteral("exp.mdb")) || !Sync_File(zip)) {
         r.message = exported.ok ? QStringLiteral("압축실패") : exported.message;
         return r;
     }
@@ -145,17 +156,35 @@ Exchange_Report Rebuild_Day(Cls_DB& live, const QString& vexFile, const QString&
         r.message = QStringLiteral("파일입력 실패");
         return r;
     }
-    // The detector reads the day from its place under "\pack".
+    // The detector reads the day from its place under "\pack". The chosen
+    // file is read whole and checked before it takes that place, and the
+    // day file it replaces comes back when the rebuild fails.
     const QString target = App(Day_File_Name(c, driver, day));
-    if (QFileInfo(vexFile).absoluteFilePath() != QFileInfo(target).absoluteFilePath()) {
-        QDir().mkpath(QFileInfo(target).absolutePath());
-        QFile::remove(target);
-        if (!QFile::copy(vexFile, target)) {
-            r.message = QStringLiteral("파일입력 실패");
-            return r;
-        }
+    const bool elsewhere = QFileInfo(vexFile).absoluteFilePath() != QFileInfo(target).absoluteFilePath();
+    std::optional<QByteArray> replaced;
+    if (elsewhere && !Guarded(1089, [&] {
+            Read_Day_File(vexFile);
+            QFile in(vexFile);
+            if (!in.open(QIODevice::ReadOnly))
+                throw RunTimeError(QStringLiteral("File not found: ") + vexFile);
+            const QByteArray bytes = in.readAll();
+            if (QFile old(target); old.open(QIODevice::ReadOnly))
+                replaced = old.readAll();
+            QDir().mkpath(QFileInfo(target).absolutePath());
+            Write_Whole_File(target, bytes);
+        })) {
+        r.message = QStringLiteral("파일입력 실패");
+        return r;
     }
     r.ok = live.DB_Save_D_D12_file(c, driver, day) == -1;
+    if (!r.ok && elsewhere) {
+        Guarded(1089, [&] {
+            if (replaced)
+                Write_Whole_File(target, *replaced);
+            else
+                QFile::remove(target);
+        });
+    }
     if (r.ok)
         r.tables.emplace_back(QStringLiteral("D_D1"), 1);
     r.message = r.ok ? QStringLiteral("완  료") : QStringLiteral("파일입력 실패");
@@ -195,6 +224,10 @@ Exchange_Report Move_From(Cls_DB& live, const QString& path, int option, const Q
         r.message = QStringLiteral("option 1, 2 or 3 and a day YYMMDD");
         return r;
     }
+    if (Is_Live_Database(live, path)) {
+        r.message = LoadResString(kTextMoveFromLive);
+        return r;
+    }
     QString error;
     const std::unique_ptr<Db_Source> source = Db_Source::Open(path, &error);
     if (!source) {
@@ -224,9 +257,7 @@ Exchange_Report Move_From(Cls_DB& live, const QString& path, int option, const Q
             if (parts.size() != 3 || !Is_Code(parts[0]) || !Is_Day(parts[1]) || parts[1] < fromDay)
                 continue;
             const QString target = App(QStringLiteral("\\pack\\%1\\%2\\%3").arg(parts[0], parts[1], parts[2]));
-            QDir().mkpath(QFileInfo(target).absolutePath());
-            QFile::remove(target);
-            if (QFile::copy(file, target))
+            if (Copy_Over(file, target))
                 r.files << target;
         }
     });

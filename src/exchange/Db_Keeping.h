@@ -3,6 +3,7 @@
 // start), the backup that moves a period out into a package, the rebuild of
 // a day from its day file, the check of the newest day, and the move of an
 // older installation's data into this one.
+#include "exchange/Db_Compaction.h"
 #include "exchange/Exchange_Tables.h"
 
 #include <QString>
@@ -10,17 +11,6 @@
 namespace vex {
 
 class Cls_DB;
-
-// Compaction. SQLite: a compacted copy written to "\db\temp2.mdb" (whole or
-// not at all; the live file is never touched), which the next start puts in
-// the live file's place. A database server: VACUUM ANALYZE in place.
-struct Optimise_Result {
-    bool ok = false;
-    qint64 before = -1, after = -1;  // bytes of the file; -1 on a server
-    bool swapAtStart = false;        // the result waits for the next start
-    QString message;
-};
-Optimise_Result Optimise(Cls_DB& live);
 
 // The first and last day of D_D1 widened to whole months, for the backup's
 // pickers: the first of the oldest month and the last day of the newest

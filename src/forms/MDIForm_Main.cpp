@@ -283,10 +283,10 @@ void MDIForm_Main::Exit_Program()
 
 void MDIForm_Main::closeEvent(QCloseEvent* e)
 {
-    // Closing the window ends the process without the shutdown step; the
-    // port is released by the end of the process.
+    // Closing the window is the tree's "Exit": the port and the connection
+    // are closed in order before the process ends.
     e->accept();
-    End_Process(0);
+    Exit_Program();
 }
 
 } // namespace vex::forms

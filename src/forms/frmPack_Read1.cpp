@@ -231,6 +231,15 @@ void frmPack_Read1::Receive_Step()
     Label_Result->clear();
     QCoreApplication::processEvents();
     auto progress = [this](int done, int all, const QString&) { Progress(done, all); };
+    // While another program holds the database the dialog says it waits.
+    std::function<void(const QString&)> notice;
+    if (G().DB) {
+        notice = G().DB->Wait_Notice;
+        G().DB->Wait_Notice = [this](const QString& text) {
+            Label_Result->setText(text);
+            QCoreApplication::processEvents();
+        };
+    }
     Pack_Receive r;
     if (source_ == QLatin1String("pack")) {
         if (G().IO)
@@ -241,6 +250,8 @@ void frmPack_Read1::Receive_Step()
     } else {
         r = Usb_Receive_Step(source_, root_, range, from, to, progress);
     }
+    if (G().DB)
+        G().DB->Wait_Notice = notice;
     if (r.ok) {
         ProgressBar1->setValue(ProgressBar1->maximum());
         Label_Result->setText(r.outcome.Summary());

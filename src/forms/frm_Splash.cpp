@@ -5,6 +5,8 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "core/Settings_Load.h"
+#include "exchange/Data_Package.h"
+#include "exchange/Db_Compaction.h"
 #include "forms/MDIForm_Main.h"
 #include "forms/Msg_Box.h"
 #include "forms/logic/Login_Logic.h"
@@ -69,17 +71,18 @@ void frm_Splash::Form_Load()
 {
     // The optimise of the last session takes effect before anything holds
     // the live database open.
-    if (Pending_Optimise(appDir_)) {
-        Label2->setText(QStringLiteral("DB 최적화 완료 중입니다. 잠시만 기다려 주십시요!"));
-        if (!Finish_Pending_Optimise(appDir_, [] { QCoreApplication::processEvents(); })) {
-            Msg_Box(QStringLiteral("Permission denied: ") + appDir_ + QStringLiteral("/db/temp2.mdb"),
-                    QMessageBox::Critical);
-            End_Process(1);
-            return;
-        }
-        Label2->clear();
+    Label2->setText(QStringLiteral("DB 최적화 완료 중입니다. 잠시만 기다려 주십시요!"));
+    const Compaction_Takeover takeover = Take_Over_Compaction(appDir_, [] { QCoreApplication::processEvents(); });
+    Label2->clear();
+    if (takeover == Compaction_Takeover::Failed) {
+        Msg_Box(QStringLiteral("Permission denied: ") + appDir_ + QStringLiteral("/db/temp2.mdb"),
+                QMessageBox::Critical);
+        End_Process(1);
+        return;
     }
     Main_Start(appDir_);
+    if (takeover == Compaction_Takeover::Stale)
+        Msg_Box(Stale_Compaction_Message(), QMessageBox::Information);
     Globals& g = G();
     settingsOpen_ = false;
     Guarded(1001, [&] {
@@ -89,6 +92,14 @@ void frm_Splash::Form_Load()
         cmdCancel->setText(LoadResString(504));
         if (g.DB->DB_State() != 1)
             throw RunTimeError(QStringLiteral("Data source name not found"));
+        // A write that waits for another program says so in the status bar.
+        g.DB->Wait_Notice = [](const QString& text) {
+            QString line = text;
+            Status_Text(line);
+            QCoreApplication::processEvents();
+        };
+        // A re-key cut short after its rows committed gets its day files.
+        Finish_Pending_Renames(*g.DB);
         Recordset s14 = g.DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D14"));
         settingsOpen_ = true;
         Recordset s10 = g.DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D10 ORDER BY D_F1 DESC"));

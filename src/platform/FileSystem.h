@@ -32,4 +32,14 @@ private:
     QString appDir_;
 };
 
+// Writes bytes beside path and renames over it: path holds the old bytes or
+// the new ones, never a part. False with the system's reason in error ("No
+// space left on device") when any step fails; nothing is left beside path.
+bool Write_File_Atomic(const QString& path, const QByteArray& bytes, QString* error = nullptr);
+
+// Forces a file's bytes, and its name in its folder, to the disk: what a
+// later step deletes on the strength of this file must survive a power cut.
+// False when the file can't be opened or the disk refuses.
+bool Sync_File(const QString& path);
+
 } // namespace vex

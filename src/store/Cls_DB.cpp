@@ -1,6 +1,7 @@
 #include "store/Cls_DB.h"
 
 #include "core/Err_Proc.h"
+#include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "store/Schema.h"
 #include "store/SqlDialect.h"
@@ -119,14 +120,48 @@ void Cls_DB::Execute(const QString& sql, const QVariantList& values)
         Engine_Failure(q.lastError().text());
 }
 
+void Cls_DB::Execute_Unprepared(const QString& sql)
+{
+    if (!open_)
+        Engine_Failure(QStringLiteral("Operation is not allowed when the object is closed."));
+    QSqlQuery q(QSqlDatabase::database(name_, false));
+    if (!q.exec(sql))
+        Engine_Failure(q.lastError().text());
+}
+
+bool Cls_DB::Begin_Write()
+{
+    QSqlDatabase conn = QSqlDatabase::database(name_, false);
+    if (target_.engine != Engine::Sqlite)
+        return conn.transaction();
+    // Each try waits the connection's busy timeout (5 s) before it answers.
+    constexpr int kTry = 5;
+    for (int waited = 0;; waited += kTry) {
+        QSqlQuery begin(conn);
+        if (begin.exec(QStringLiteral("BEGIN IMMEDIATE")))
+            return true;
+        const QString error = begin.lastError().text();
+        // Inside a transaction already: the writes belong to that one.
+        if (error.contains(QLatin1String("within a transaction"), Qt::CaseInsensitive))
+            return false;
+        const bool busy = error.contains(QLatin1String("locked"), Qt::CaseInsensitive)
+                          || error.contains(QLatin1String("busy"), Qt::CaseInsensitive);
+        if (!busy || waited + kTry > Write_Wait_Seconds) {
+            lastFailure_ = busy ? LoadResString(5017) : error;
+            Err_Proc(1089, lastFailure_);
+            return false;
+        }
+        if (Wait_Notice)
+            Wait_Notice(LoadResString(5016).arg(waited + kTry));
+    }
+}
+
 Cls_DB::Batch::Batch(Cls_DB& db) : db_(db)
 {
     // Only on SQLite: a server aborts the whole transaction at its first
     // failing statement, and the rows before it would be lost.
-    if (db.open_ && db.target_.engine == Engine::Sqlite) {
-        QSqlDatabase conn = QSqlDatabase::database(db.name_, false);
-        open_ = conn.transaction();
-    }
+    if (db.open_ && db.target_.engine == Engine::Sqlite)
+        open_ = db.Begin_Write();
 }
 
 Cls_DB::Batch::~Batch()
@@ -139,6 +174,32 @@ Cls_DB::Batch::~Batch()
         conn.rollback();
         Guarded(1089, [&] { db_.Engine_Failure(QStringLiteral("commit failed: ") + error); });
     }
+}
+
+Cls_DB::Transaction::Transaction(Cls_DB& db) : db_(db)
+{
+    if (!db.open_)
+        db.Engine_Failure(QStringLiteral("Operation is not allowed when the object is closed."));
+    if (!db.Begin_Write())
+        db.Engine_Failure(db.lastFailure_);
+    open_ = true;
+}
+
+void Cls_DB::Transaction::Commit()
+{
+    QSqlDatabase conn = QSqlDatabase::database(db_.name_, false);
+    open_ = false;
+    if (!conn.commit()) {
+        const QString error = conn.lastError().text();
+        conn.rollback();
+        db_.Engine_Failure(QStringLiteral("commit failed: ") + error);
+    }
+}
+
+Cls_DB::Transaction::~Transaction()
+{
+    if (open_)
+        QSqlDatabase::database(db_.name_, false).rollback();
 }
 
 void Cls_DB::Engine_Failure(const QString& text)
@@ -175,6 +236,15 @@ bool Cls_DB::Register_Driver(const QString& driver)
     rs.Set(QStringLiteral("D_F2"), driver);
     rs.Update();
     return true;
+}
+
+bool Cls_DB::Has_Table(const QString& table) const
+{
+    if (!open_)
+        return false;
+    const QStringList tables = QSqlDatabase::database(name_, false).tables();
+    return std::any_of(tables.begin(), tables.end(),
+                       [&](const QString& t) { return t.compare(table, Qt::CaseInsensitive) == 0; });
 }
 
 void Cls_DB::Ensure_Schema()

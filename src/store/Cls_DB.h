@@ -85,7 +85,9 @@ public:
     // A batch of writes in one transaction, for speed. End_Batch commits what
     // was written, also after a failure half way: what a routine wrote
     // before its handler ran stays written, batch or not. SQLite only; on a
-    // server each write commits by itself.
+    // server each write commits by itself. The batch takes the write lock at
+    // its start, waiting for another program that holds it (see Wait_Notice);
+    // when it can't, the writes run one by one and fail on the lock.
     class Batch {
     public:
         explicit Batch(Cls_DB& db);
@@ -98,6 +100,29 @@ public:
         bool open_ = false;
     };
 
+    // All or nothing: the writes between the start and Commit() land
+    // together, and a transaction left without Commit() (a failure thrown
+    // through it) is rolled back. The start waits for the write lock as a
+    // batch does and throws RunTimeError when it can't be had.
+    class Transaction {
+    public:
+        explicit Transaction(Cls_DB& db);
+        ~Transaction();
+        Transaction(const Transaction&) = delete;
+        Transaction& operator=(const Transaction&) = delete;
+        void Commit();
+
+    private:
+        Cls_DB& db_;
+        bool open_ = false;
+    };
+
+    // Told while a write waits for another program that holds the database
+    // ("the database is in use by another program; waiting (10 s)"). A
+    // write waits up to Write_Wait_Seconds before it gives up.
+    std::function<void(const QString&)> Wait_Notice;
+    int Write_Wait_Seconds = 120;
+
     // The prepared statement of a text in the engine's dialect, kept for the
     // life of the connection: the same statements run for every decoded
     // day. The caller binds, executes and finishes it. Throws when the
@@ -106,6 +131,12 @@ public:
 
     // A statement that returns no rows ("DELETE * FROM D_H").
     void Execute(const QString& sql, const QVariantList& values = {});
+    // A statement sent as it stands, in autocommit: for the few that a
+    // server refuses to prepare or to run in a transaction (VACUUM).
+    void Execute_Unprepared(const QString& sql);
+
+    // True when the database has the table (names compared without case).
+    bool Has_Table(const QString& table) const;
 
     // Creates missing tables and the delivered settings rows.
     void Ensure_Schema();
@@ -202,6 +233,12 @@ public:
     // ==== End of ingest =======================================================
 
 private:
+    // BEGIN IMMEDIATE on SQLite: the write lock is taken before the first
+    // read, so two programs never both read and then both wait to write
+    // (SQLite refuses one of them at once then, whatever the busy timeout).
+    // False when another program kept the lock for Write_Wait_Seconds.
+    bool Begin_Write();
+
     DbTarget target_;
     QString name_;
     Engine dialect_ = Engine::Sqlite;

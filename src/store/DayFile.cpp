@@ -10,7 +10,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <cmath>
 
 namespace vex {
@@ -178,9 +177,10 @@ DayFile Read_Day_File(const QString& localPath)
 
 void Write_Whole_File(const QString& localPath, const QByteArray& bytes)
 {
-    QSaveFile f(localPath);
-    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size() || !f.commit())
-        throw RunTimeError(QStringLiteral("Path/File access error: ") + localPath);
+    QString why;
+    if (!Write_File_Atomic(localPath, bytes, &why))
+        throw RunTimeError(QStringLiteral("Path/File access error: ") + localPath + QStringLiteral(" (") + why
+                           + QLatin1Char(')'));
 }
 
 void Write_Day_File(const QString& localPath, const DayFile& file)

@@ -10,8 +10,12 @@
 #include <QDate>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 using namespace vex;
 
@@ -141,6 +145,78 @@ TEST(ReceiveUsb, Model250StoresEveryDayAndAgainDuplicatesNothing)
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     EXPECT_EQ(Count(r.out, "stored"), 1) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("stored 260106"));
+}
+
+// A small file system mounted over a folder for one test (root only).
+class Small_Disk {
+public:
+    Small_Disk(const QString& folder, const QString& size) : folder_(folder)
+    {
+        mounted_ = geteuid() == 0
+                   && QProcess::execute("mount", {"-t", "tmpfs", "-o", "size=" + size, "tmpfs", folder}) == 0;
+    }
+    ~Small_Disk()
+    {
+        if (mounted_)
+            QProcess::execute("umount", {folder_});
+    }
+    bool Mounted() const { return mounted_; }
+
+private:
+    QString folder_;
+    bool mounted_ = false;
+};
+
+TEST(ReceiveUsb, Model250OnAFullDiskNamesEveryDayNotStored)
+{
+    Site s;
+    Make_Medium("250", s.app.Path("m"), QDate(2026, 1, 5), 3);
+    ASSERT_EQ(test::Vexcli({"--app-dir", s.site, "init"}).code, 0);
+    // Room for two of the three saved days in \new.
+    Small_Disk disk(s.site + "/new", "400k");
+    if (!disk.Mounted())
+        GTEST_SKIP() << "needs root to mount a small file system";
+    test::CliRun r = test::Vexcli({"--app-dir", s.site, "receive", "usb", "--model", "250", "--medium", s.app.Path("m")});
+    EXPECT_EQ(r.code, 1) << r.out.toStdString();
+    EXPECT_EQ(Count(r.out, "stored"), 2) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains("days not stored: 260107")) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains("No space left on device")) << r.out.toStdString();
+    EXPECT_EQ(s.Rows("D_D1"), 2);
+}
+
+TEST(ReceiveUsb, AReceptionWaitsForAnotherProgramThatHoldsTheDatabase)
+{
+    Site s;
+    Make_Medium("250", s.app.Path("m"), QDate(2026, 1, 5), 1);
+    ASSERT_EQ(test::Vexcli({"--app-dir", s.site, "init"}).code, 0);
+    // Another program (a recount, a second reception) holds the write lock.
+    QSqlDatabase holder = QSqlDatabase::addDatabase("QSQLITE", "other-program");
+    holder.setDatabaseName(s.site + "/db/morix.mdb");
+    ASSERT_TRUE(holder.open());
+    ASSERT_TRUE(QSqlQuery(holder).exec("BEGIN IMMEDIATE"));
+
+    QProcess reception;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("VEX_LANG", "en");
+    reception.setProcessEnvironment(env);
+    reception.start(VEXCLI_PATH, {"--app-dir", s.site, "receive", "usb", "--model", "250", "--medium", s.app.Path("m")});
+    reception.setReadChannel(QProcess::StandardError);
+    // It says that it waits, and goes on waiting.
+    QString err;
+    while (!err.contains("waiting") && reception.state() != QProcess::NotRunning && reception.waitForReadyRead(30000))
+        err += QString::fromUtf8(reception.readAllStandardError());
+    EXPECT_TRUE(err.contains("in use by another program; waiting")) << err.toStdString();
+    EXPECT_EQ(reception.state(), QProcess::Running);
+    // The other program finishes; the reception stores its day.
+    ASSERT_TRUE(QSqlQuery(holder).exec("COMMIT"));
+    holder.close();
+    ASSERT_TRUE(reception.waitForFinished(60000));
+    const QString out = QString::fromUtf8(reception.readAllStandardOutput());
+    EXPECT_EQ(reception.exitCode(), 0) << out.toStdString() << err.toStdString();
+    EXPECT_EQ(Count(out, "stored"), 1) << out.toStdString();
+    EXPECT_EQ(s.Rows("D_D1"), 1);
+    holder = QSqlDatabase();
+    QSqlDatabase::removeDatabase("other-program");
 }
 
 TEST(ReceiveUsb, Model130FilesTheLogAndStoresItsThreeRegions)

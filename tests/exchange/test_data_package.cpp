@@ -1,78 +1,17 @@
 // Keeping the data on a received site: packages out and back, the backup,
 // compaction, re-keying, rebuilding a day and the move from an older
 // installation. Each test works on its own copy of the received site.
-#include "core/Mod_Main.h"
 #include "exchange/Data_Package.h"
 #include "exchange/Db_Keeping.h"
+#include "exchange/KeepingFixture.h"
 #include "exchange/Package.h"
-#include "store/Cls_DB.h"
 #include "store/DayFile.h"
-#include "support/ReceivedSite.h"
-
-#include <QCryptographicHash>
-#include <QDir>
-#include <QDirIterator>
-#include <QFile>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
-#include <map>
-#include <memory>
 
 using namespace vex;
 
 namespace {
 
-class Keeping : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        QString why;
-        const QString received = test::Received_Site(&why);
-        ASSERT_FALSE(received.isEmpty()) << why.toStdString();
-        site = tmp.path() + "/site";
-        test::Copy_Tree(received, site);
-        session = std::make_unique<test::Site_Session>(site);
-        ASSERT_TRUE(session->Ok());
-    }
-    void TearDown() override { session.reset(); }
-    Cls_DB& db() { return *G().DB; }
-
-    // A table as key -> every value, for comparing whole tables.
-    std::map<QString, QString> Dump(const QString& table)
-    {
-        std::map<QString, QString> rows;
-        Recordset rs = db().DB_RSet_D_D("SELECT * FROM " + table);
-        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-            QStringList values;
-            for (const QString& c : rs.Field_Names())
-                values << rs.Field(c).toString();
-            rows[rs.Text("D_F1")] = values.join('|');
-        }
-        return rows;
-    }
-    std::map<QString, std::map<QString, QString>> Dump_All()
-    {
-        std::map<QString, std::map<QString, QString>> all;
-        for (const QString& t : Package_Tables())
-            all[t] = Dump(t);
-        return all;
-    }
-    std::map<QString, QByteArray> Day_Files()
-    {
-        std::map<QString, QByteArray> files;
-        for (QDirIterator it(site + "/pack", {"*.vex"}, QDir::Files, QDirIterator::Subdirectories); it.hasNext();) {
-            QFile f(it.next());
-            f.open(QIODevice::ReadOnly);
-            files[QDir(site).relativeFilePath(f.fileName())] = QCryptographicHash::hash(f.readAll(), QCryptographicHash::Sha1);
-        }
-        return files;
-    }
-    int Rows(const QString& sql) { return db().DB_RSet_D_D(sql).RecordCount(); }
-
-    QTemporaryDir tmp;
-    QString site;
-    std::unique_ptr<test::Site_Session> session;
-};
+using test::Keeping;
 
 const QString kTrip = test::kSiteCar + test::kSiteDriver;
 
@@ -217,7 +156,7 @@ TEST_F(Keeping, MoveFromAnOlderInstallation)
     EXPECT_EQ(Dump("S_D1"), before.at("S_D1"));
 
     // A Jet file is read as Jet; one without the tables stops the move.
-    r = Move_From(db(), QStringLiteral(VEX_SHARED_DATA) + "/mdb/mdbreader_V2000_numeric.mdb", 1, "260101");
+    r = Move_From(db(), QStringLiteral(VEX_TEST_DATA) + "/mdb/mdbreader_V2000_numeric.mdb", 1, "260101");
     EXPECT_FALSE(r.ok);
     EXPECT_TRUE(r.message.contains("D_D1")) << r.message.toStdString();
     EXPECT_FALSE(Move_From(db(), tmp.path() + "/none.mdb", 1, "260101").ok);

@@ -92,7 +92,7 @@ TEST(Package, WhatAPackageMayNotDo)
 
 TEST(Package, TheHeaderTellsJetFromSqlite)
 {
-    const QString dir = QStringLiteral(VEX_SHARED_DATA) + "/mdb";
+    const QString dir = QStringLiteral(VEX_TEST_DATA) + "/mdb";
     int jet = 0;
     for (const QString& name : QDir(dir).entryList({"*.mdb"}, QDir::Files)) {
         const QString path = dir + "/" + name;

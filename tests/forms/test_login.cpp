@@ -4,6 +4,7 @@
 
 #include "core/Cls_Config.h"
 #include "core/Messages.h"
+#include "exchange/Db_Compaction.h"
 #include "forms/logic/Register_Logic.h"
 #include "store/DbTarget.h"
 
@@ -138,21 +139,43 @@ TEST_F(LoginTest, SettingsLoadedOnEveryPressAndCancelEnds)
     EXPECT_FALSE(G().Login_OK);
 }
 
-TEST_F(LoginTest, PendingOptimiseReplacesTheLiveDatabase)
+TEST_F(LoginTest, PendingOptimiseReplacesTheLiveDatabaseOnlyWhileItIsTheSame)
 {
     const QString live = app.Path("db/morix.mdb");
     const QString pending = app.Path("db/temp2.mdb");
-    ASSERT_TRUE(QFile::copy(live, pending));
-    {
-        Cls_DB db(Parse_DB_Server(pending, app.Dir()));
+    auto Optimise_Then = [&](const std::function<void(Cls_DB&)>& after) {
+        G().App_Dir = app.Dir();
+        Cls_DB db(Parse_DB_Server(live, app.Dir()));
         ASSERT_EQ(db.DB_State(), 1);
-        ASSERT_EQ(Register_Save(db, Car_Register(), Adding, {"777700", "OPT", "", "2026-01-01"}), 150);
-    }
+        ASSERT_TRUE(Optimise(db).ok);
+        after(db);
+    };
+    // The copy (marked here by a car only it has) takes the live file's place.
+    Optimise_Then([&](Cls_DB&) {
+        Cls_DB copy(Parse_DB_Server(pending, app.Dir()));
+        ASSERT_EQ(Register_Save(copy, Car_Register(), Adding, {"777700", "OPT", "", "2026-01-01"}), 150);
+    });
     frm_Splash* s = Start();
     EXPECT_FALSE(QFile::exists(pending));
     EXPECT_EQ(Rows("SELECT * FROM S_D1 WHERE D_F1 = ?", {"777700"}), 1);
     QTest::mouseClick(s->cmdOK, Qt::LeftButton);
     EXPECT_NE(MDIForm_Main::Instance(), nullptr);
+}
+
+TEST_F(LoginTest, PendingOptimiseOlderThanTheLiveDatabaseIsDiscardedWithAWord)
+{
+    const QString live = app.Path("db/morix.mdb");
+    {
+        G().App_Dir = app.Dir();
+        Cls_DB db(Parse_DB_Server(live, app.Dir()));
+        ASSERT_TRUE(Optimise(db).ok);
+        // Received after the optimise.
+        ASSERT_EQ(Register_Save(db, Car_Register(), Adding, {"888800", "NEW", "", "2026-01-01"}), 150);
+    }
+    Start();
+    EXPECT_FALSE(QFile::exists(app.Path("db/temp2.mdb")));
+    EXPECT_EQ(Rows("SELECT * FROM S_D1 WHERE D_F1 = ?", {"888800"}), 1);
+    EXPECT_EQ(msgs.Last(), Stale_Compaction_Message());
 }
 
 } // namespace

@@ -178,6 +178,18 @@ TEST_F(MainWindowTest, HelpByLanguageAndExit)
     EXPECT_EQ(G().DB, nullptr) << "Exit runs Main_Shutdown";
 }
 
+TEST_F(MainWindowTest, ClosingTheWindowShutsDownAsExitDoes)
+{
+    MDIForm_Main* m = Login();
+    ASSERT_NE(m, nullptr);
+    ASSERT_NE(G().DB, nullptr);
+    m->close();
+    ASSERT_EQ(ends.size(), 1u);
+    EXPECT_EQ(ends[0], 0);
+    EXPECT_EQ(G().DB, nullptr) << "the connection is closed before the end";
+    EXPECT_EQ(G().IO, nullptr);
+}
+
 TEST_F(MainWindowTest, DatabaseSizeTest)
 {
     EXPECT_FALSE(DB_Size_Fires(1899999999));

@@ -4,6 +4,7 @@
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "core/Settings_Load.h"
+#include "exchange/Db_Compaction.h"
 #include "store/Cls_DB.h"
 #include "store/Schema.h"
 #include "support/TempApp.h"
@@ -196,6 +197,17 @@ TEST_P(Store, SettingsLoadAndDbEditRoundTrip)
     Cls_Config third;
     EXPECT_FALSE(Load_Settings(*db, third, g));
     EXPECT_TRUE(third.U_UserID.isEmpty());
+}
+
+TEST_P(Store, OptimiseRunsOnEveryEngine)
+{
+    // A server compacts in place (VACUUM, which it runs neither prepared nor
+    // in a transaction); SQLite leaves its copy for the next start.
+    Save_Day("12AB00000123260105", 12.5, 95);
+    const Optimise_Result r = Optimise(*db);
+    EXPECT_TRUE(r.ok) << r.message.toStdString();
+    EXPECT_EQ(r.swapAtStart, GetParam() == Backend::Sqlite);
+    EXPECT_EQ(Column("SELECT * FROM D_D1", "D_F1"), QStringList{"12AB00000123260105"});
 }
 
 INSTANTIATE_TEST_SUITE_P(Engines, Store, ::testing::Values(Backend::Sqlite, Backend::Postgres, Backend::Odbc),
