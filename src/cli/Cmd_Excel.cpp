@@ -51,11 +51,8 @@ const std::map<QString, Excel_Kind>& Kinds()
 
 int Usage_Error(Context& ctx, const QString& what)
 {
-    QStringList names;
-    for (const auto& [name, kind] : Kinds())
-        names << name;
     ctx.err << "vexcli: " << what << "\n"
-            << "  excel " << names.join(QLatin1Char('|'))
+            << "  excel " << Excel_Kind_Names().join(QLatin1Char('|'))
             << " [--car CODE] [--driver CODE] --from YYMMDD --to YYMMDD [--out FILE.xlsx]\n"
             << "  (daystatus, daydr, day_fuel: the day of --from; carcondition, daystatus2: its month,\n"
             << "   by driver when --driver is given; bat and speedfile: every second of the period)\n";
@@ -68,6 +65,14 @@ bool Day_Text(const QString& s)
 }
 
 } // namespace
+
+QStringList Excel_Kind_Names()
+{
+    QStringList names;
+    for (const auto& [name, kind] : Kinds())
+        names << name;
+    return names;
+}
 
 int Cmd_Excel(Context& ctx)
 {

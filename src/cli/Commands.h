@@ -41,6 +41,8 @@ int Cmd_Standards(Context& ctx);
 int Cmd_Recalc(Context& ctx);
 int Cmd_Report(Context& ctx);
 int Cmd_Excel(Context& ctx);
+// The kinds of "excel", for the usage.
+QStringList Excel_Kind_Names();
 int Cmd_Fuel(Context& ctx);
 int Cmd_Optimise(Context& ctx);
 int Cmd_Backup(Context& ctx);
@@ -52,5 +54,8 @@ int Cmd_Rebuild(Context& ctx);
 int Cmd_Move(Context& ctx);
 int Cmd_Agency(Context& ctx);
 int Cmd_Remote(Context& ctx);
+int Cmd_Car(Context& ctx);
+int Cmd_Driver(Context& ctx);
+int Cmd_Config(Context& ctx);
 
 } // namespace vex::cli

@@ -39,8 +39,7 @@ const Command kCommands[] = {
      "quick-brake CAR; avg-day --from --to; day-avg --car --driver --from --to: a printed report",
      Cmd_Report},
     {"excel", "excel KIND [--car CODE] [--driver CODE] --from YYMMDD --to YYMMDD [--out FILE.xlsx]",
-     "overspeed|longover|idle|brake|quick_speed|carday|carday1|driverday1|day_fuel (the day of --from): a spreadsheet report from its template",
-     Cmd_Excel},
+     "a spreadsheet report from its template; KIND is one of:", Cmd_Excel},
     {"fuel", "fuel day YYMMDD | fuel month YYMM --speed N --rates OVER,ACCEL,IDLE,BRAKE --price P",
      "the fuel estimate of a day's trips, or the excess fuel cost of a month by car", Cmd_Fuel},
     {"optimise", "optimise", "compact the database (in place at the next start; VACUUM ANALYZE on a server)",
@@ -60,6 +59,16 @@ const Command kCommands[] = {
     {"agency", "agency --from YYMMDD --to YYMMDD [--company NAME --business NUMBER] [--check]",
      "the agency submission files under report/N, or with --check what a run passes over", Cmd_Agency},
     {"remote", "remote", "fetch the site's packages from its FTP server (two passes) and load them", Cmd_Remote},
+    {"car", "car list|add|set|delete ...",
+     "the car register: list [--search FIELD PATTERN]; add CODE [FIELD VALUE]...; set CODE FIELD VALUE...; "
+     "delete CODE --yes",
+     Cmd_Car},
+    {"driver", "driver list|add|set|delete ...",
+     "the driver register: list [--search FIELD PATTERN]; add CODE [FIELD VALUE]...; set CODE FIELD VALUE...; "
+     "delete CODE --yes",
+     Cmd_Driver},
+    {"config", "config show|set FIELD VALUE...",
+     "the settings row: company, login, FTP account and company code, graph axes, idle minutes", Cmd_Config},
 };
 
 void Usage(QTextStream& s)
@@ -71,7 +80,10 @@ void Usage(QTextStream& s)
     for (const auto& c : kCommands) {
         const QString usage = QString::fromLatin1(c.usage);
         s << "  " << (usage.size() < 40 ? usage.leftJustified(40) : usage + "\n" + QString(42, QLatin1Char(' ')))
-          << c.summary << "\n";
+          << c.summary;
+        if (c.run == Cmd_Excel)
+            s << " " << Excel_Kind_Names().join(QLatin1Char('|'));
+        s << "\n";
     }
 }
 

@@ -51,7 +51,11 @@ void Read_S_D14(const Recordset& rs, Cls_Config& cfg, Globals& g)
     g.Max_Speed_Axis = Or(rs, "D_F17", 180).toFloat();
     g.Idle_Minutes = int16_t(Or(rs, "D_F21", 10).toInt());
     cfg.S_Email = Or(rs, "D_F22", kDefault_Email).toString();
-    // D_F14, the company code, is not read back here.
+    // The company code: "00000000" (also for a row that holds none) is a
+    // site without a remote account, which the remote reception must see.
+    cfg.S_CompanyCode = Or(rs, "D_F14", QString()).toString().trimmed();
+    if (cfg.S_CompanyCode.isEmpty())
+        cfg.S_CompanyCode = QStringLiteral("00000000");
     if (cfg.C_RPM == 1) {
         g.Max_RPM_Axis = int16_t(Or(rs, "D_F18", 3000).toInt());
         g.RPM_Tick10 = Or(rs, "D_F19", 40).toFloat();

@@ -2,7 +2,7 @@
 // The design the three registers share: a grid of rows, a row of fields, four
 // buttons (register, edit/save, delete/cancel, close) and a search.
 #include "forms/Vex_Form.h"
-#include "forms/logic/Register_Logic.h"
+#include "registers/Register_Rules.h"
 
 #include <QComboBox>
 #include <QDateEdit>

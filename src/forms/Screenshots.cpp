@@ -16,7 +16,7 @@
 #include "forms/frmReport_SecOperation.h"
 #include "forms/frm_Splash.h"
 #include "forms/logic/View_Logic.h"
-#include "forms/logic/Register_Logic.h"
+#include "registers/Register_Rules.h"
 #include "forms/logic/Routes_Logic.h"
 #include "store/Cls_DB.h"
 

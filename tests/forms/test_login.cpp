@@ -5,7 +5,7 @@
 #include "core/Cls_Config.h"
 #include "core/Messages.h"
 #include "exchange/Db_Compaction.h"
-#include "forms/logic/Register_Logic.h"
+#include "registers/Register_Rules.h"
 #include "store/DbTarget.h"
 
 #include <QFile>

@@ -174,6 +174,7 @@ TEST_P(Store, SettingsLoadAndDbEditRoundTrip)
     EXPECT_EQ(g.RPM_Tick10, 0.0f);
     EXPECT_EQ(g.Max_Speed_Axis, 180.0f);
     EXPECT_EQ(g.DI_Name6, "안전벨트");
+    EXPECT_EQ(cfg.S_CompanyCode, "00000000") << "a new site has no remote account, and the start knows it";
 
     // The settings form's save: a count of 9 marks is stored as 90.
     cfg.U_Name = "운수 주식회사";
@@ -186,6 +187,7 @@ TEST_P(Store, SettingsLoadAndDbEditRoundTrip)
     Cls_Config again;
     ASSERT_TRUE(Load_Settings(*db, again, g));
     EXPECT_EQ(again.U_Name, "운수 주식회사");
+    EXPECT_EQ(again.S_CompanyCode, cfg.S_CompanyCode);
     EXPECT_EQ(g.Max_RPM_Axis, 4000);
     EXPECT_EQ(g.RPM_Tick10, 90.0f);
     EXPECT_EQ(db->DB_RSet_D_D("SELECT * FROM S_D14").RecordCount(), 1);

@@ -1,18 +1,17 @@
 #pragma once
 // The registers of cars (S_D1), drivers (S_D2) and equipment (S_M1): a
-// grid of rows, a row of fields, four buttons. What is shared by the three
-// windows lives here: which field goes to which column, the values of a new
-// row and of a Null, the checks of Save, Delete and the search.
+// grid of rows, a row of fields, four buttons in the windows, and the
+// commands "vexcli car" and "vexcli driver". The rules they share live here:
+// which field goes to which column, the values of a new row and of a Null,
+// the checks of Save, Delete and the search.
 #include <QString>
 #include <QStringList>
 #include <QVariantList>
 #include <vector>
 
 namespace vex {
-class Cls_DB;
-}
 
-namespace vex::forms {
+class Cls_DB;
 
 struct Register_Field {
     QString column;        // D_Fn
@@ -72,4 +71,4 @@ bool Register_Delete(Cls_DB& db, const Register_Def& def, const QString& code, c
 // The car codes for the equipment window's car list.
 QStringList Car_Codes(Cls_DB& db);
 
-} // namespace vex::forms
+} // namespace vex

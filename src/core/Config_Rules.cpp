@@ -1,4 +1,4 @@
-#include "forms/logic/Config_Logic.h"
+#include "core/Config_Rules.h"
 
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
@@ -8,7 +8,7 @@
 
 #include <cmath>
 
-namespace vex::forms {
+namespace vex {
 
 namespace {
 
@@ -129,4 +129,4 @@ void Config_RPM_Ticked(Cls_DB& db, QString& field16, QString& field17)
         field17 = QStringLiteral("6"); // not the 4 of the column's default, on purpose
 }
 
-} // namespace vex::forms
+} // namespace vex

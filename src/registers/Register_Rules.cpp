@@ -1,12 +1,12 @@
-#include "forms/logic/Register_Logic.h"
+#include "registers/Register_Rules.h"
 
 #include "core/Err_Proc.h"
-#include "forms/logic/Captions.h"
+#include "core/Messages.h"
 #include "store/Cls_DB.h"
 
 #include <QDate>
 
-namespace vex::forms {
+namespace vex {
 
 namespace {
 
@@ -112,7 +112,7 @@ const Register_Def& Equipment_Register()
 
 QString Field_Caption(const Register_Field& f)
 {
-    return Caption_Of(f.captionId, f.fixedCaption);
+    return f.captionId ? LoadResString(f.captionId) : f.fixedCaption;
 }
 
 QString New_Value(const Register_Field& f)
@@ -222,4 +222,4 @@ QStringList Car_Codes(Cls_DB& db)
     return out;
 }
 
-} // namespace vex::forms
+} // namespace vex

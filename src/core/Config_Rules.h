@@ -1,16 +1,14 @@
 #pragma once
-// What the settings window shows and how its Save moves the fields into the
-// settings and the database.
+// What the settings window (and "vexcli config") shows, and how its Save
+// moves the fields into the settings and the database.
 #include <QString>
 #include <array>
 
 namespace vex {
+
 class Cls_Config;
 class Cls_DB;
 struct Globals;
-}
-
-namespace vex::forms {
 
 // Fields 1 to 19 and check boxes 1 to 4, as the window numbers them
 // (index 0 of each is unused).
@@ -45,4 +43,4 @@ void Config_RPM_Ticked(Cls_DB& db, QString& field16, QString& field17);
 // is not one.
 bool Config_Number(const QString& text, double& value);
 
-} // namespace vex::forms
+} // namespace vex
