@@ -38,6 +38,11 @@ public:
     // (empty file, no pack day, codes or date that can't be a key); empty
     // when it didn't.
     QString Refusal;
+    // True when the last Pack_File_Read1 found an erased day page: the pack
+    // holds the page, but nothing was driven on it (every field reads as
+    // erased memory, "FF", but the codes). Nothing is stored, and it is no
+    // refusal.
+    bool Erased = false;
     // The days of the last Pack_Reads that were not filed, with why; the
     // closing write marks them read all the same.
     struct Skipped_Day {

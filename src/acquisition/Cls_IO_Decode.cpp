@@ -61,6 +61,12 @@ bool Pack_Code(const QString& code)
     return code.size() == 4 && Is_Code(QStringLiteral("00") + code);
 }
 
+// Memory never written since it was erased reads as "FF" bytes.
+bool Erased_Page(const QString& field)
+{
+    return !field.isEmpty() && std::all_of(field.begin(), field.end(), [](QChar c) { return c == u'F'; });
+}
+
 QString Key_Refusal(const QString& car, const QString& driver, const QString& day)
 {
     return QStringLiteral("no key: car \"%1\" driver \"%2\" day \"%3\"").arg(car, driver, day);
@@ -285,6 +291,7 @@ int16_t Cls_IO::Pack_File_Read1(const QString& path)
 {
     int16_t result = 0;
     Refusal.clear();
+    Erased = false;
     Cls_DB::Batch batch(*G().DB); // one commit a day; a failure keeps what was written
     Guarded(1135, [&] {
         Cls_DB& db = *G().DB;
@@ -384,6 +391,14 @@ int16_t Cls_IO::Pack_File_Read1(const QString& path)
         if (!Is_Numeric(lkEngin))
             lkEngin = QStringLiteral("00");
 
+        // A page left erased (nothing driven after the last reception) is a
+        // day without driving, not damage: nothing to store, nothing refused.
+        if (Erased_Page(f(DayPage::StartDay)) && Erased_Page(f(DayPage::EndDay)) && Erased_Page(f(DayPage::Sec_Data))
+            && Erased_Page(dist.field(DistPage::StartDay))) {
+            result = 1;
+            Erased = true;
+            return;
+        }
         // A day whose codes or date are no key after the repairs is no day
         // of a pack: nothing of it is stored.
         if (!Pack_Code(car4) || !Pack_Code(driver4) || !Is_Day(startDay)) {

@@ -53,6 +53,7 @@ int Inbox_Pass(const std::function<void(const Inbox_File&)>& done)
             Cls_IO& io = *G().IO;
             file.result = io.Pack_File_Read1(path);
             file.why = io.Refusal;
+            file.undriven = io.Erased;
         } else if (auto it = Decoders().find(ending); it != Decoders().end()) {
             const Inbox_Verdict verdict = it->second(path);
             keep = verdict.keep;

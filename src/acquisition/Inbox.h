@@ -15,6 +15,7 @@ struct Inbox_File {
     int result = 0;    // pack files: 0 decoded, 1 refused; others: 0 decoded, 1 kept
     bool removed = false;
     QString why;       // why the file stays, or why it was refused
+    bool undriven = false; // pack files: a day page left erased, nothing driven that day
 };
 
 // What a decoder of the endings other than ".Vex" made of its file: done

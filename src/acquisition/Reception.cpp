@@ -27,6 +27,7 @@ enum : int {
     kTextNotMarked = 5010,
     kTextNoLink = 5011,
     kTextUnsaved = 5018,
+    kTextUndriven = 5019,
     kTextBadPack = 183,
     kTextPackCheck = 184,
 };
@@ -68,6 +69,8 @@ QString Reception_Outcome::Summary() const
     }
     if (!kept.isEmpty())
         parts << LoadResString(kTextKept).arg(kept.join(QStringLiteral(", ")));
+    if (!undriven.isEmpty())
+        parts << LoadResString(kTextUndriven).arg(undriven.join(QStringLiteral(", ")));
     if (!refused.isEmpty())
         parts << LoadResString(kTextRefused).arg(refused.join(QStringLiteral(", ")));
     return parts.join(QStringLiteral("; "));
@@ -96,7 +99,9 @@ void Run_Inbox(Reception_Outcome& outcome, const Reception_Progress& progress, i
     const int files = int(QDir(App_Path(G().App_Dir, QStringLiteral("\\new"))).entryList(QDir::Files | QDir::Hidden).size());
     int done = 0;
     Inbox_Pass([&](const Inbox_File& f) {
-        if (f.kind == QLatin1String("Vex") && f.result == 0) {
+        if (f.undriven) {
+            outcome.undriven << f.name.mid(8, 6);
+        } else if (f.kind == QLatin1String("Vex") && f.result == 0) {
             const Cls_DB& db = *G().DB;
             outcome.stored << db.CarCode + db.DriveCode + db.StartDay;
         } else if (f.kind == QLatin1String("Vex") && f.removed) {

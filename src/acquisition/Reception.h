@@ -26,6 +26,7 @@ struct Reception_Outcome {
     std::vector<Cls_IO::Skipped_Day> skipped; // pack days not filed
     QStringList kept;                         // "name: why", left in \new
     QStringList refused;                      // "name: why", not recordings
+    QStringList undriven;                     // YYMMDD of pack days left erased: nothing driven
     QString failure;                          // why the reception failed; empty when it didn't
 
     bool Clean() const { return failure.isEmpty() && skipped.empty() && kept.isEmpty() && refused.isEmpty(); }

@@ -62,7 +62,9 @@ std::function<void(const Inbox_File&)> File_Printer(Context& ctx)
 {
     auto printed = std::make_shared<QStringList>();
     return [&ctx, printed](const Inbox_File& f) {
-        if (f.kind == QLatin1String("Vex") && f.result == 0)
+        if (f.undriven)
+            ctx.out << "not driven " << f.name.mid(8, 6) << " (" << f.name << ": the pack's page of the day is empty)\n";
+        else if (f.kind == QLatin1String("Vex") && f.result == 0)
             ctx.out << Day_Line(*G().DB) << "\n";
         else if (f.removed && f.result != 0)
             ctx.out << "refused " << f.name << " (" << f.why << ")\n";

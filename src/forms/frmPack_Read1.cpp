@@ -9,6 +9,7 @@
 #include "forms/Msg_Box.h"
 #include "forms/logic/Reception_Logic.h"
 #include "forms/logic/Usb_Drives.h"
+#include "store/Cls_DB.h"
 
 #include <QCoreApplication>
 #include <QDir>

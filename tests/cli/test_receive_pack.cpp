@@ -162,6 +162,34 @@ TEST(ReceivePack, AKilledReceptionEndsWithEveryDayStoredOnce)
     }
 }
 
+TEST(ReceivePack, TheDayOfTheLastReceptionLeftUndrivenIsNoRefusal)
+{
+    // The README's recipe: the pack was last read the evening before its
+    // first day, and nothing was driven after that reading, so the page of
+    // that day is still erased.
+    test::TempApp app;
+    const QString site = app.Path("site"), image = app.Path("pack.img");
+    ASSERT_EQ(test::Vexcli({"sample", "pack", "--out", image, "--car", "0001", "--driver", "0002", "--from", "261001",
+                            "--days", "7", "--last-read", "2609301800"})
+                  .code,
+              0);
+    test::Emulator analyzer(image);
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert("VEX_SERIAL_PORTS", analyzer.Tty());
+    env.insert("VEX_LANG", "en");
+    const test::CliRun r = test::Vexcli({"--app-dir", site, "receive", "pack"}, env);
+    EXPECT_EQ(r.code, 0) << r.out.toStdString() << r.err.toStdString();
+    EXPECT_EQ(Count(r.out, "stored"), 7) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains("not driven 260930")) << r.out.toStdString();
+    EXPECT_TRUE(r.out.contains("7 day(s) stored; days without driving (nothing recorded on the pack): 260930"))
+        << r.out.toStdString();
+    EXPECT_FALSE(r.out.contains("refused")) << r.out.toStdString();
+    EXPECT_TRUE(QDir(site + "/new").isEmpty());
+    G().App_Dir = site;
+    Cls_DB db(Parse_DB_Server("\\db\\morix.mdb", site));
+    EXPECT_EQ(db.DB_RSet_D_D("SELECT * FROM D_D1").RecordCount(), 7) << "nothing stored of the empty day";
+}
+
 TEST(ReceivePack, AnalyzerFaultsAreNoSuccess)
 {
     test::TempApp app;
