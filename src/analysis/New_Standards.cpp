@@ -144,7 +144,9 @@ Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Records
             const DayEvents ev = Detect_Day_Events(file.speed, file.engine, limits);
             t.acceleration = To16(ev.Acceleration);
             t.brake = To16(ev.Brack);
-            t.idle = ev.Idle;
+            // Old trips count one idle event a period longer than the
+            // threshold, not one a full threshold period as the reception does.
+            t.idle = ev.Idle_Runs;
             t.longOver = ev.LKEngin;
             t.dayFile = true;
         } catch (const RunTimeError& e) {

@@ -206,9 +206,10 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
         if (q > 1)
             idleCount += q - 1;
     }
-    if (idleCount > 32767)
+    if (idleCount > 32767 || idles.size() > 32767)
         throw RunTimeError(QStringLiteral("Overflow"));
     out.Idle = int16_t(idleCount);
+    out.Idle_Runs = int16_t(idles.size());
 
     out.LkEngin_Data.reserve(int(overs.size()) * 18);
     for (const Period& e : overs)

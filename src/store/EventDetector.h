@@ -36,6 +36,7 @@ struct DayEvents {
     int32_t Brack = 0;         // quick brakes and their records
     QString Brack_Data;
     int16_t Idle = 0;          // idle events, a long idling counted once a full threshold period
+    int16_t Idle_Runs = 0;     // idle periods, one each however long: the count of the recount
     QString Idle_Data;         // 18-character records: start, end, duration HHMMSS
     int16_t LKEngin = 0;       // long overspeeds, one a period
     QString LkEngin_Data;      // 18-character records
