@@ -118,9 +118,10 @@ float Widest(const Graph_Surface& s, const QStringList& texts)
 // A band title in the title column, left of the axis labels whose widest
 // takes labels: each part wrapped to the free width (a part is a line of its
 // own, as "(Km/h)" under the speed title), the font made smaller while a
-// word still doesn't fit, the lines centred in the free column and as a
-// block on the band's middle. The font is restored afterwards.
-void Band_Title(Graph_Surface& s, const QStringList& parts, float labels, float middle)
+// word is wider than the column or the lines are taller than the band, the
+// lines centred in the free column and as a block on the band's middle.
+// The font is restored afterwards.
+void Band_Title(Graph_Surface& s, const QStringList& parts, float labels, float top, float bottom)
 {
     const Graph_Geometry& g = Graph();
     const float gap = s.TextWidth(QStringLiteral("0"));
@@ -133,11 +134,12 @@ void Band_Title(Graph_Surface& s, const QStringList& parts, float labels, float 
         lines.clear();
         for (const QString& part : parts)
             lines << Wrapped(s, part, right - left);
-        if (Widest(s, lines) <= right - left || points <= 4)
+        const float height = s.TextHeight(QStringLiteral("A")) * float(lines.size());
+        if ((Widest(s, lines) <= right - left && height <= bottom - top) || points <= 4)
             break;
     }
     const float line = s.TextHeight(QStringLiteral("A"));
-    float y = middle - line * float(lines.size()) / 2;
+    float y = (top + bottom) / 2 - line * float(lines.size()) / 2;
     for (const QString& text : lines) {
         Centred(s, text, left, right, y);
         y += line;
@@ -269,9 +271,8 @@ void Operation_Graph::Frame(Graph_Surface& s, bool hour)
 
     // The titles keep clear of the axis labels of their band.
     const float speedLabels = s.TextWidth(QString::number(int(G_.Max_Speed_Axis)));
-    Band_Title(s, {LoadResString(1127)}, 0, stateMiddle);
-    Band_Title(s, {LoadResString(1126), QStringLiteral("(Km/h)")}, speedLabels,
-               (g.Graph_SpeedTop + g.Graph_SpeedBase) / 2);
+    Band_Title(s, {LoadResString(1127)}, 0, g.Graph_Top, g.Graph_RpmTop);
+    Band_Title(s, {LoadResString(1126), QStringLiteral("(Km/h)")}, speedLabels, g.Graph_SpeedTop, g.Graph_SpeedBase);
     if (Rpm_Input()) {
         std::vector<float> bands{(g.Graph_RpmTop + g.Graph_SpeedTop) / 2};
         if (hour)
@@ -284,8 +285,7 @@ void Operation_Graph::Frame(Graph_Surface& s, bool hour)
         }
     }
     if (!hour) {
-        Band_Title(s, {LoadResString(1128)}, s.TextWidth(QStringLiteral("15")),
-                   (g.Graph_SpeedBase + g.Graph_Bottom) / 2);
+        Band_Title(s, {LoadResString(1128)}, s.TextWidth(QStringLiteral("15")), g.Graph_SpeedBase, g.Graph_Bottom);
         // The distance band folds at 10 km, yet its lines read 5 and 15.
         s.DrawStyle = 2;
         for (int i = 1; i <= 2; ++i) {

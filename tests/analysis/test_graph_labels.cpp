@@ -1,7 +1,7 @@
 // The frame's texts are measured before they are placed: time labels never
 // run into each other, and band titles, in Korean and in English, on a
-// window and on a printed page, stay in their column clear of the axis
-// numbers and of the plot.
+// window and on a printed page, stay in their band and their column, clear
+// of the axis numbers and of the plot.
 #include "analysis/Graph_Geometry.h"
 #include "analysis/Graph_Surface.h"
 #include "analysis/Operation_Graph.h"
@@ -66,9 +66,16 @@ void Expect_Titles_Clear(const Texts& d, const std::string& where)
     }
     ASSERT_GE(numbers.size(), 10u) << where;
     ASSERT_GE(titles.size(), 4u) << where;
+    // Each title line lies inside one band, between two of the band lines.
+    const double lines[] = {g.Graph_Top / 15, g.Graph_RpmTop / 15, g.Graph_SpeedTop / 15, g.Graph_SpeedBase / 15,
+                            bottom};
     for (const QRectF& t : titles) {
         EXPECT_GE(t.left(), left) << where;
         EXPECT_LE(t.right(), plot) << where;
+        bool inside = false;
+        for (int b = 0; b + 1 < 5; ++b)
+            inside = inside || (t.top() >= lines[b] - 1 && t.bottom() <= lines[b + 1] + 1);
+        EXPECT_TRUE(inside) << where << " title line at " << t.y() << " to " << t.bottom();
         for (const QRectF& n : numbers)
             EXPECT_FALSE(t.intersects(n)) << where << " title at " << t.x() << "," << t.y();
     }
