@@ -141,9 +141,8 @@ void Operation_Graph::Plot(Graph_Surface& s, bool hour)
     if (Rpm_Input() && !Has_Engine_Factor()) {
         const QString note = Lang_Text(QStringLiteral("RPM 계수가 없어 R.P.M을 그릴 수 없습니다"),
                                        QStringLiteral("No RPM factor: R.P.M can't be drawn"));
-        const float middle = (g.Graph_RpmTop + g.Graph_SpeedTop) / 2 - s.TextHeight(note) / 2;
         s.CurrentX = (g.Graph_Left + g.Graph_Right) / 2 - s.TextWidth(note) / 2;
-        s.CurrentY = middle;
+        s.CurrentY = (g.Graph_RpmTop + g.Graph_SpeedTop) / 2 - s.TextHeight(note) / 2;
         s.Print(note, kRpmColor);
     } else if (Rpm_Input()) {
         s.DrawWidth = lineWidth;

@@ -43,6 +43,19 @@ bool Blue_Near(const QImage& img, float x, float y)
     return false;
 }
 
+// The day of og drawn on a window of 1920 x 1080 pixels.
+QImage Day_Image(Operation_Graph& og)
+{
+    QImage img(1920, 1080, QImage::Format_RGB32);
+    img.fill(Qt::white);
+    {
+        QPainter p(&img);
+        Graph_Surface s(p, img.rect(), true);
+        og.Draw_Day(s);
+    }
+    return img;
+}
+
 class Mapping : public ::testing::Test {
 protected:
     Cls_DB& db() { return *G().DB; }
@@ -76,13 +89,7 @@ TEST_F(Mapping, TheMinuteViewReadsAndDrawsTheStoredMinuteAtItsTime)
     // reaches 32 km/h; nothing stands at 09:01. The state band is blue over
     // the column of 09:02 and not over 09:01's.
     og.Set_Zoom_Window(1, 9, 24);
-    QImage img(1920, 1080, QImage::Format_RGB32);
-    img.fill(Qt::white);
-    {
-        QPainter p(&img);
-        Graph_Surface s(p, img.rect(), true);
-        og.Draw_Day(s);
-    }
+    const QImage img = Day_Image(og);
     const Graph_Geometry& g = Graph();
     const float band = (g.Graph_Top + g.Graph_RpmTop) / 2;
     const float x901 = og.Make_X(9 * 60 + 1), x902 = og.Make_X(9 * 60 + 2), x903 = og.Make_X(9 * 60 + 3);
@@ -141,12 +148,7 @@ TEST_F(Mapping, ACarWithoutAnEngineFactorShowsItsStandingAndSaysWhyNoRpmIsDrawn)
         og.Engine_Factor = factor;
         og.DB_1440_DB();
         og.Set_Zoom_Window(1, 8, 24);
-        QImage img(1920, 1080, QImage::Format_RGB32);
-        img.fill(Qt::white);
-        QPainter p(&img);
-        Graph_Surface s(p, img.rect(), true);
-        og.Draw_Day(s);
-        return std::make_pair(img, og.RPM_Search(485 + 1));
+        return std::make_pair(Day_Image(og), og.RPM_Search(485 + 1));
     };
     auto Has = [](const QImage& img, const QColor& c, QRect r) {
         for (int x = r.left(); x <= r.right(); ++x)
