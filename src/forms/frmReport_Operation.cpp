@@ -60,6 +60,7 @@ bool frmReport_Operation::Load_Selection()
         if (!found) {
             Clear_Fields();
             Msg_Box(1135);
+            Back_In_Front();
             return;
         }
         // Opening: the start of the trip in the time field, speed and
