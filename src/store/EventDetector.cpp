@@ -133,7 +133,8 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
     Period overNow{}, idleNow{};
     int p = 0; // speed of the second before
 
-    for (int i = 1; i <= kDaySeconds; ++i) {
+    const int lastSecond = limits.firstSecond + kDaySeconds - 1;
+    for (int i = limits.firstSecond; i <= lastSecond; ++i) {
         const int v = speed[i];
         const int change = v - p;
 

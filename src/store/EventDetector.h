@@ -13,7 +13,8 @@
 namespace vex {
 
 // Second arrays hold element s for second s of the day, element 0 first;
-// the detector reads seconds 1 to 86,400.
+// the reception's detector reads elements 1 to 86,400, the recount of old
+// trips 0 to 86,399.
 inline constexpr int kDaySeconds = 86400;
 inline constexpr int kDayArray = kDaySeconds + 1;     // 86,401 entries
 inline constexpr int kHalfArray = 2 * kDaySeconds + 1; // 172,801 entries
@@ -26,6 +27,7 @@ struct EventLimits {
     int16_t quickBrake = 9;       // B_Val9: fall within one second, km/h
     int16_t longOverMinutes = 3;  // B_Val11: unbroken overspeed that must be exceeded
     int16_t idleMinutes = 5;      // B_Val12: unbroken idling that must be exceeded
+    int firstSecond = 1;          // the walk covers 86,400 elements from here: 1 at reception, 0 in the recount
 };
 
 struct DayEvents {
