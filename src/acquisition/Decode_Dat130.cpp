@@ -336,9 +336,9 @@ bool Decode_Dat130(const QString& path, const Filing_Note& who)
             break;
         if (!v.Digits(at, 6))
             continue;
+        // Twelve digits are all the record needs: a month of 13 is kept
+        // under its day as the recorder wrote it.
         const QString date = v.Digit_Text(at, 3);
-        if (!Is_Day(date))
-            continue; // twelve digits, but no day to keep a list under
         const int ca = (v[at + 6] << 8) | v[at + 7];
         const int cb = (v[at + 8] << 8) | v[at + 9];
         const int a = Usb_Speed(ca), b = Usb_Speed(cb);

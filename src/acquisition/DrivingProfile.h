@@ -13,6 +13,7 @@
 // the four files named below.
 #include <QDate>
 #include <QString>
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -60,6 +61,15 @@ struct CycleSet {
     // An empty dir means Default_Cycles_Dir().
     static std::optional<CycleSet> Load(const QString& dir, QString* error = nullptr);
 };
+
+// The recorder's engine byte of an engine speed. The office plots a byte
+// times the car's engine factor (4.25 as cars register themselves) times 40
+// rpm, so a byte is 170 rpm: idling at 700 rpm is 4, 2,000 rpm is 12.
+inline constexpr int kRpmPerEngineByte = 170;
+inline uint8_t Engine_Byte(int rpm)
+{
+    return uint8_t(std::clamp((rpm + kRpmPerEngineByte / 2) / kRpmPerEngineByte, 0, 254));
+}
 
 struct DriveSecond {
     int speed = 0;         // km/h, whole, as the recorder samples it (0..255)

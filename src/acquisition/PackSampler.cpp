@@ -195,13 +195,13 @@ QString Day_Page(const DaySummary& s, const QString& car, const QString& driver,
     const QStringList brakes = s.brakes.mid(0, 10);
     Put_Field(page, Brack_Data, brakes.join(QString()).leftJustified(Brack_Data.width, QLatin1Char('0')));
 
+    // The recorder keeps the last four brakes: 60 seconds of speed around
+    // each (the brake is the 50th) and its time as MMDDHHMMSS.
     QString buffers;
     QString times;
-    for (int k = 0; k < 10 && k < int(s.brakeSeconds.size()); ++k) {
+    for (int k = 0; k < 4 && k < int(s.brakeSeconds.size()); ++k) {
         const int t0 = s.brakeSeconds[size_t(k)];
-        times += Hhmm(t0 / 60);
-        if (k >= 4)
-            continue;
+        times += Digits(s.date.month(), 2) + Digits(s.date.day(), 2) + Hhmmss(t0);
         for (int t = t0 - 49; t <= t0 + 10; ++t)
             buffers += Hex2(t >= 0 && t < DrivingDay::kSeconds ? s.secondSpeed[size_t(t)] : 0);
     }
@@ -259,7 +259,7 @@ QString Third_Page(const DaySummary& s, const QString& car, const QString& drive
 {
     QString series;
     for (int m = 0; m < kMinutes; ++m)
-        series += Hex2((s.rpm[m] + 12) / 25);
+        series += Hex2(Engine_Byte(s.rpm[m]));
     return Minute_Page(s, car, driver, series);
 }
 

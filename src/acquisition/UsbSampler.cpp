@@ -30,10 +30,9 @@ uint8_t Bcd(int v)
     return uint8_t(((v / 10 % 10) << 4) | (v % 10));
 }
 
-// The engine as the recorder's byte: 25 rpm a unit.
 uint8_t Engine_Byte(const DriveSecond& s)
 {
-    return s.engineOn ? uint8_t(std::min((s.rpm + 12) / 25, 254)) : 0;
+    return s.engineOn ? vex::Engine_Byte(s.rpm) : 0;
 }
 
 uint8_t Speed_Byte(const DriveSecond& s)

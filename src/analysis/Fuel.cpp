@@ -50,6 +50,13 @@ double Weighed_Seconds(const DayFile& file, const QString& start, const QString&
     return sum;
 }
 
+// The litres cell of a trip whose day has no second data (a memory pack
+// delivers minutes only).
+QString No_Second_Data()
+{
+    return Lang_Text(QStringLiteral("초당 자료 없음"), QStringLiteral("no second data"));
+}
+
 } // namespace
 
 double Fuel_Factor(int s)
@@ -96,12 +103,15 @@ Fuel_Day Fuel_Estimate_Day(Cls_DB& db, const QString& packDir, const QString& da
                 const DayFile file = Read_Day_File(path);
                 row.litres = Weighed_Seconds(file, rs.Text(QStringLiteral("D_F5")), rs.Text(QStringLiteral("D_F7")))
                              / rating * kSecondScale;
+                row.estimated = true;
             } catch (const RunTimeError& e) {
                 out.error = QString::fromUtf8(e.what());
             }
         }
-        row.excess = row.litres - row.km / rating;
-        row.kmPerLitre = row.litres > 0 ? row.km / row.litres : 0.0;
+        if (row.estimated) {
+            row.excess = row.litres - row.km / rating;
+            row.kmPerLitre = row.litres > 0 ? row.km / row.litres : 0.0;
+        }
         out.rows.push_back(row);
     }
     return out;
@@ -169,9 +179,13 @@ Grid_Table Fuel_Day_Table(const Fuel_Day& day)
                QStringLiteral("연료소모량(liter)"), QStringLiteral("과소모량(liter)"),
                QStringLiteral("연비(km/liter)")};
     for (const Fuel_Day_Row& r : day.rows) {
-        g.rows.push_back({QString::number(r.rank), r.car, r.driver, QString::number(r.km, 'f', 1),
-                          QString::number(r.litres, 'f', 2), QString::number(r.excess, 'f', 2),
-                          QString::number(r.kmPerLitre, 'f', 3)});
+        if (!r.estimated)
+            g.rows.push_back({QString::number(r.rank), r.car, r.driver, QString::number(r.km, 'f', 1),
+                              No_Second_Data(), QString(), QString()});
+        else
+            g.rows.push_back({QString::number(r.rank), r.car, r.driver, QString::number(r.km, 'f', 1),
+                              QString::number(r.litres, 'f', 2), QString::number(r.excess, 'f', 2),
+                              QString::number(r.kmPerLitre, 'f', 3)});
         g.keys << r.car + r.driver;
     }
     return g;

@@ -17,6 +17,7 @@ struct Fuel_Day_Row {
     int rank = 0;
     QString car, driver;
     double km = 0;          // "#0.0"
+    bool estimated = false; // the day has second data; without it no litres are known
     double litres = 0;      // "#0.00"
     double excess = 0;      // "#0.00": litres above the car's rating
     double kmPerLitre = 0;  // "#0.000"
@@ -57,7 +58,9 @@ std::vector<Fuel_Month_Row> Fuel_Excess_Month(Cls_DB& db, const QString& yymm, c
 double Fuel_Excess_Cost(const Fuel_Month_Row& row, const Fuel_Rates& rates);
 
 // The two grids as the fuel windows show them, figures in their formats
-// ("#0.0", "#0.00", "#0.000"; "##,##0.0" for the cost).
+// ("#0.0", "#0.00", "#0.000"; "##,##0.0" for the cost). A trip without
+// second data says so in its litres cell and leaves the two cells that
+// follow from the litres empty.
 struct Grid_Table;
 Grid_Table Fuel_Day_Table(const Fuel_Day& day);
 Grid_Table Fuel_Month_Table(const std::vector<Fuel_Month_Row>& rows);

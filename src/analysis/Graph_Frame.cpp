@@ -10,6 +10,7 @@
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -90,6 +91,62 @@ void Centred(Graph_Surface& s, const QString& text, float x1, float x2, float y)
     s.Print(text);
 }
 
+// Lines no wider than width, broken at blanks; a word wider than the width
+// stands alone on its line.
+QStringList Wrapped(const Graph_Surface& s, const QString& text, float width)
+{
+    QStringList lines;
+    for (const QString& word : text.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+        const QString joined = lines.isEmpty() ? QString() : lines.last() + QLatin1Char(' ') + word;
+        if (!lines.isEmpty() && s.TextWidth(joined) <= width)
+            lines.last() = joined;
+        else
+            lines << word;
+    }
+    return lines;
+}
+
+// The widest of the texts.
+float Widest(const Graph_Surface& s, const QStringList& texts)
+{
+    float w = 0;
+    for (const QString& t : texts)
+        w = std::max(w, s.TextWidth(t));
+    return w;
+}
+
+// A band title in the title column, left of the axis labels whose widest
+// takes labels: each part wrapped to the free width (a part is a line of its
+// own, as "(Km/h)" under the speed title), the font made smaller while a
+// word is wider than the column or the lines are taller than the band, the
+// lines centred in the free column and as a block on the band's middle.
+// The font is restored afterwards.
+void Band_Title(Graph_Surface& s, const QStringList& parts, float labels, float top, float bottom)
+{
+    const Graph_Geometry& g = Graph();
+    const float gap = s.TextWidth(QStringLiteral("0"));
+    const float left = g.Graph_LabelX + gap / 2;
+    const float right = g.Graph_Left - (labels > 0 ? labels + gap : 0) - gap / 2;
+    const double size = s.FontSize();
+    QStringList lines;
+    for (double points = size;; points -= 0.5) {
+        s.Set_FontSize(points);
+        lines.clear();
+        for (const QString& part : parts)
+            lines << Wrapped(s, part, right - left);
+        const float height = s.TextHeight(QStringLiteral("A")) * float(lines.size());
+        if ((Widest(s, lines) <= right - left && height <= bottom - top) || points <= 4)
+            break;
+    }
+    const float line = s.TextHeight(QStringLiteral("A"));
+    float y = (top + bottom) / 2 - line * float(lines.size()) / 2;
+    for (const QString& text : lines) {
+        Centred(s, text, left, right, y);
+        y += line;
+    }
+    s.Set_FontSize(size);
+}
+
 // A label right-aligned against Graph_Left less the width of "0", centred
 // on the grid line at y.
 void Axis_Label(Graph_Surface& s, const QString& text, float y)
@@ -125,14 +182,28 @@ void Operation_Graph::Draw_Ticks(Graph_Surface& s, bool hour)
         return; // an unknown zoom draws no ticks
     const float spacing = float((hour ? 3600 : 1440) / n) * g.Graph_XStep;
     const float labelY = g.Graph_Bottom + s.Pixel() * 2;
+    // Each label is measured before it is placed: one that would run into
+    // the label before it or into the last one, right-aligned at the end,
+    // is left out, its tick line stays.
+    const float gap = s.TextWidth(QStringLiteral(" "));
+    float lastLeft = g.Graph_Right;
+    for (const Tick& t : ticks)
+        if (t.lastLabel)
+            lastLeft = g.Graph_Right - s.TextWidth(t.label);
+    float placedRight = -1e9f;
     for (const Tick& t : ticks) {
         const float x = spacing * float(t.i) + g.Graph_Left;
         if (t.line)
             s.Line(x, g.Graph_Top, x, g.Graph_Bottom, Grid_Color(s));
         const float w = s.TextWidth(t.label);
-        s.CurrentX = t.lastLabel ? x - w : x - w / 2;
+        const float left = t.lastLabel ? x - w : x - w / 2;
+        if (!t.lastLabel && (left < placedRight + gap || left + w + gap > lastLeft))
+            continue;
+        s.CurrentX = left;
         s.CurrentY = labelY;
         s.Print(t.label);
+        if (!t.lastLabel)
+            placedRight = left + w;
     }
 }
 
@@ -198,10 +269,10 @@ void Operation_Graph::Frame(Graph_Surface& s, bool hour)
         s.Line(g.Graph_Left, y, g.Graph_Right, y, 0x800080);
     }
 
-    Centred(s, LoadResString(1127), g.Graph_LabelX, g.Graph_Left, stateMiddle - line / 2);
-    const float speedMiddle = (g.Graph_SpeedTop + g.Graph_SpeedBase) / 2;
-    Centred(s, LoadResString(1126), g.Graph_LabelX, g.Graph_Left, speedMiddle - line);
-    Centred(s, QStringLiteral("(Km/h)"), g.Graph_LabelX, g.Graph_Left, speedMiddle);
+    // The titles keep clear of the axis labels of their band.
+    const float speedLabels = s.TextWidth(QString::number(int(G_.Max_Speed_Axis)));
+    Band_Title(s, {LoadResString(1127)}, 0, g.Graph_Top, g.Graph_RpmTop);
+    Band_Title(s, {LoadResString(1126), QStringLiteral("(Km/h)")}, speedLabels, g.Graph_SpeedTop, g.Graph_SpeedBase);
     if (Rpm_Input()) {
         std::vector<float> bands{(g.Graph_RpmTop + g.Graph_SpeedTop) / 2};
         if (hour)
@@ -214,8 +285,7 @@ void Operation_Graph::Frame(Graph_Surface& s, bool hour)
         }
     }
     if (!hour) {
-        Centred(s, LoadResString(1128), g.Graph_LabelX, g.Graph_Left,
-                (g.Graph_SpeedBase + g.Graph_Bottom) / 2 - line / 2);
+        Band_Title(s, {LoadResString(1128)}, s.TextWidth(QStringLiteral("15")), g.Graph_SpeedBase, g.Graph_Bottom);
         // The distance band folds at 10 km, yet its lines read 5 and 15.
         s.DrawStyle = 2;
         for (int i = 1; i <= 2; ++i) {

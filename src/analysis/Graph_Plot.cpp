@@ -4,6 +4,7 @@
 #include "analysis/Operation_Graph.h"
 
 #include "core/Err_Proc.h"
+#include "core/Messages.h"
 #include "store/Cls_DB.h"
 
 #include <algorithm>
@@ -51,66 +52,78 @@ void Operation_Graph::Plot(Graph_Surface& s, bool hour)
     const int last = hour ? last360_ : last_;
     const int16_t* speed = hour ? speed360_.data() : speed_.data();
     const int16_t* rpm = hour ? rpm360_.data() : rpm_.data();
+    const int16_t* engine = hour ? second360_.data() : engine_.data();
 
-    // Segments i join point i and i+1 (minute or second i of the window),
-    // within the zoom window and the drawn range.
+    // Element k of a series is clock minute (second) k-1 and is drawn at
+    // X(k-1), where the cursor shows that time and reads that element. V(a, t)
+    // is the value of time t, 0 past the series.
+    auto V = [columns]<class T>(const T* a, int t) -> T { return t + 1 <= columns ? a[t + 1] : T(0); };
+
+    // Times t of the window and the drawn range; lines run from t to t+1,
+    // beginning a time early so that the trace rises from standing.
     const int windowFrom = Zoom_Time * 60, windowTo = Zoom_ETime * 60;
-    const int from = std::max({windowFrom, first - 1, 0});
-    const int to = std::min({windowTo - 1, last, columns - 1});
+    const int from = std::max({windowFrom, first - 2, 0});
+    const int to = std::min({windowTo - 1, last - 1, columns - 1});
     if (series.isEmpty() || first == 0 || from > to)
         return;
 
     std::vector<float> xs(size_t(to - from + 2));
-    for (int k = from; k <= to + 1; ++k)
-        xs[size_t(k - from)] = hour ? Make_X360(float(k)) : Make_X(float(k));
-    auto X = [&](int k) { return xs[size_t(k - from)]; };
-    current = X(from);
+    for (int t = from; t <= to + 1; ++t)
+        xs[size_t(t - from)] = hour ? Make_X360(float(t)) : Make_X(float(t));
+    auto X = [&](int t) { return xs[size_t(t - from)]; };
+    current = X(std::max(from, first - 1));
     const int lineWidth = Out_Direction == 1 ? 3 : 1;
     s.DrawStyle = 0;
 
-    // 1. Speed: boxes a column at the finest zoom, else a line.
-    s.DrawWidth = lineWidth;
-    if (Zoom_Type == 1) {
-        const float half = 5 * g.Graph_XStep;
-        for (int k = from; k <= to + 1; ++k) {
-            const float x = X(k);
-            const float left = k == windowFrom ? x : x - half;
-            const float right = k == windowTo ? x : x + half;
-            s.Box(left, Make_Y(speed[k]), right, g.Graph_SpeedBase, kSpeedColor);
+    // A band of boxes (the finest zoom: one a time, 5 units to each side,
+    // cut at the window's left edge) or a line.
+    auto trace = [&](auto Y, const int16_t* values, float base, uint32_t colour) {
+        if (Zoom_Type == 1) {
+            const float h = 5 * g.Graph_XStep;
+            for (int t = std::max(from, first - 1); t <= to; ++t) {
+                const float x = X(t);
+                s.Box(t == windowFrom ? x : x - h, Y(V(values, t)), x + h, base, colour);
+            }
+        } else {
+            for (int t = from; t <= to; ++t)
+                s.Line(X(t), Y(V(values, t)), X(t + 1), Y(V(values, t + 1)), colour);
         }
-    } else {
-        for (int i = from; i <= to; ++i)
-            s.Line(X(i), Make_Y(speed[i]), X(i + 1), Make_Y(speed[i + 1]), kSpeedColor);
-    }
+    };
 
-    // 2. State band: moving, or standing with the engine running. Runs of
-    // one state are one box.
+    // 1. Speed.
+    s.DrawWidth = lineWidth;
+    trace([&](int16_t v) { return Make_Y(v); }, speed, g.Graph_SpeedBase, kSpeedColor);
+
+    // 2. State band: moving, or standing with the engine running, over the
+    // column of each time. Runs of one state are one box. The engine byte
+    // tells that it runs, whatever factor the car has.
     const float middle = (g.Graph_Top + g.Graph_RpmTop) / 2;
     const float half = Out_Direction == 1 ? 12 : 25;
-    auto state = [&](int i) -> uint32_t {
-        if (speed[i + 1] != 0)
+    auto state = [&](int t) -> uint32_t {
+        if (V(speed, t) != 0)
             return kSpeedColor;
-        return rpm[i + 1] > 0 ? kStandingColor : 0;
+        return V(engine, t) > 0 ? kStandingColor : 0;
     };
-    for (int i = from; i <= to;) {
-        const uint32_t c = state(i);
-        int j = i;
+    for (int t = from; t <= to;) {
+        const uint32_t c = state(t);
+        int j = t;
         while (j + 1 <= to && state(j + 1) == c)
             ++j;
         if (c != 0)
-            s.Filled_Box(X(i), middle - half, X(j + 1), middle + half, c);
-        i = j + 1;
+            s.Filled_Box(X(t), middle - half, X(j + 1), middle + half, c);
+        t = j + 1;
     }
 
     // 3. Distance, folded into the band; a fold is drawn as a corner.
     if (!hour) {
         s.DrawWidth = lineWidth;
-        for (int i = from; i <= to; ++i) {
-            const float d0 = distance_[size_t(i)], d1 = distance_[size_t(i + 1)];
+        const float* km = distance_.data();
+        for (int t = from; t <= to; ++t) {
+            const float d0 = V(km, t), d1 = V(km, t + 1);
             if (d0 == 0 || d1 == 0)
                 continue;
             const long k0 = std::lrint(d0), k1 = std::lrint(d1);
-            const float x0 = Make_X_D(float(i)), x1 = Make_X_D(float(i + 1));
+            const float x0 = Make_X_D(float(t)), x1 = Make_X_D(float(t + 1));
             if (k0 / 10 == k1 / 10 || k1 == k0) {
                 s.Line(x0, Folded_Y(*this, k0), x1, Folded_Y(*this, k1), kDistanceColor);
                 continue;
@@ -123,29 +136,23 @@ void Operation_Graph::Plot(Graph_Surface& s, bool hour)
         }
     }
 
-    // 4. RPM, with an RPM input only; the hour has a second band below.
-    if (Rpm_Input()) {
+    // 4. RPM, with an RPM input only; the hour has a second band below. A
+    // car without an engine factor has no RPM to draw: the band says so.
+    if (Rpm_Input() && !Has_Engine_Factor()) {
+        const QString note = Lang_Text(QStringLiteral("RPM 계수가 없어 R.P.M을 그릴 수 없습니다"),
+                                       QStringLiteral("No RPM factor: R.P.M can't be drawn"));
+        s.CurrentX = (g.Graph_Left + g.Graph_Right) / 2 - s.TextWidth(note) / 2;
+        s.CurrentY = (g.Graph_RpmTop + g.Graph_SpeedTop) / 2 - s.TextHeight(note) / 2;
+        s.Print(note, kRpmColor);
+    } else if (Rpm_Input()) {
         s.DrawWidth = lineWidth;
-        const int16_t* lower = second360_.data();
-        auto band = [&](const int16_t* values, bool second, float base) {
-            auto Y = [&](int16_t v) { return second ? Make_Y_R2(v) : Make_Y_R(v); };
-            if (Zoom_Type == 1) {
-                const float h = 5 * g.Graph_XStep;
-                for (int k = from; k <= to + 1; ++k) {
-                    const float x = X(k);
-                    s.Box(k == windowFrom ? x : x - h, Y(values[k]), k == windowTo ? x : x + h, base, kRpmColor);
-                }
-            } else {
-                for (int i = from; i <= to; ++i)
-                    s.Line(X(i), Y(values[i]), X(i + 1), Y(values[i + 1]), kRpmColor);
-            }
-        };
-        band(rpm, false, g.Graph_SpeedTop);
+        trace([&](int16_t v) { return Make_Y_R(v); }, rpm, g.Graph_SpeedTop, kRpmColor);
         if (hour)
-            band(lower, true, g.Graph_Rpm2Base);
+            trace([&](int16_t v) { return Make_Y_R2(v); }, second360_.data(), g.Graph_Rpm2Base, kRpmColor);
     }
 
-    // 6. A red line where the data ends.
+    // 6. A red line where the data ends: at the end of the column of the
+    // last time with data.
     if (last >= windowFrom && last <= windowTo) {
         s.DrawWidth = lineWidth;
         const float x = hour ? Make_X360(float(last)) : Make_X(float(last));

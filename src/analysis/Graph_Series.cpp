@@ -131,9 +131,11 @@ void Operation_Graph::DB_1440_DB()
     Decode_Minute_Distance(db_.Sec_Distance_Data, distance_, kErrSearch_Data);
     std::array<int, 1441> cells{};
     Decode_Cells(db_.Sec_RPM_Data, 1440, cells.data(), "minute engine (D_D8)", kErrSearch_Data, Hex_Pair);
-    for (int k = 0; k <= 1440; ++k)
+    for (int k = 0; k <= 1440; ++k) {
+        engine_[size_t(k)] = int16_t(cells[size_t(k)]);
         rpm_[size_t(k)] = Rpm_Sample(cells[size_t(k)], Engine_Factor);
-    Drawn_Range(rpm_, !db_.Sec_RPM_Data.isEmpty(), speed_, first_, last_);
+    }
+    Drawn_Range(engine_, !db_.Sec_RPM_Data.isEmpty(), speed_, first_, last_);
 
     Sum_DriveTime = Sum_BDriveTime = 0;
     for (const Day_Section& s : Walk_Sections(speed_, distance_, Stop_Threshold()))
@@ -156,7 +158,7 @@ void Operation_Graph::DB_3600_DB()
         rpm360_[size_t(k)] = Rpm_Sample(cells[size_t(k)], Engine_Factor);
         second360_[size_t(k)] = int16_t(cells[size_t(k)]);
     }
-    Drawn_Range(rpm360_, !db_.Sec_Sec_RPM_Data.isEmpty(), speed360_, first360_, last360_);
+    Drawn_Range(second360_, !db_.Sec_Sec_RPM_Data.isEmpty(), speed360_, first360_, last360_);
 }
 
 namespace {

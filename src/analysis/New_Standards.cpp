@@ -141,10 +141,13 @@ Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Records
             limits.quickBrake = standards.B_Val9;
             limits.longOverMinutes = standards.B_Val11;
             limits.idleMinutes = standards.B_Val12;
+            limits.firstSecond = 0; // the seconds of the day, 00:00:00 to 23:59:59
             const DayEvents ev = Detect_Day_Events(file.speed, file.engine, limits);
             t.acceleration = To16(ev.Acceleration);
             t.brake = To16(ev.Brack);
-            t.idle = ev.Idle;
+            // Old trips count one idle event a period longer than the
+            // threshold, not one a full threshold period as the reception does.
+            t.idle = ev.Idle_Runs;
             t.longOver = ev.LKEngin;
             t.dayFile = true;
         } catch (const RunTimeError& e) {

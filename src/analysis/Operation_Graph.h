@@ -5,10 +5,12 @@
 // decoded series, the empty frame and the plot. The trip's figures and the
 // series texts live on Cls_DB, which the searches fill (Day_Search.cpp).
 //
-// Series arrays are indexed by point k = 0..1440 (0..3600): point k lies at
-// X(k) and carries the value of clock minute k-1 (second k-1 of the hour),
-// so minute m is drawn from X(m) to X(m+1) and the cursor at X(k) reads
-// element k. Element 0 is always 0.
+// Series arrays are 1-based, k = 1..1440 (1..3600), as the stored cells:
+// element k holds clock minute k-1 of the day (second k-1 of the hour), the
+// minute that the second arrays' elements 60(k-1) to 60(k-1)+59 make and
+// that events name by their time. Clock minute (second) t is drawn at X(t),
+// its state over the column from X(t) to X(t+1), and the cursor at X(t)
+// shows time t and reads element t+1. Element 0 is always 0.
 #include "analysis/Graph_Geometry.h"
 
 #include <QString>
@@ -80,12 +82,15 @@ public:
     int16_t Speed_Search360(int k) const;
     int16_t RPM_Search360(int k) const;
     int16_t Second_Search360(int k) const; // the lower RPM band: the engine byte as stored
+    // True when the car has an engine factor, so its RPM can be drawn.
+    bool Has_Engine_Factor() const { return Engine_Factor > 0; }
     // Points of the drawn range, 0 and 0 when the series hold nothing.
     int First_Point() const { return first_; }
     int Last_Point() const { return last_; }
     int First_Point360() const { return first360_; }
     int Last_Point360() const { return last360_; }
-    // S_D1.D_F5 of the car: an RPM cell times this factor is the plotted sample.
+    // S_D1.D_F5 of the car: an RPM cell times this factor is the plotted
+    // sample; 0 when the car's register row leaves it empty.
     float Engine_Factor = 4.25f;
 
     // Sums of the section walk of the last DB_1440_DB, in minutes.
@@ -138,6 +143,7 @@ private:
     Cls_DB& db_;
     std::array<int16_t, 1441> speed_{};
     std::array<int16_t, 1441> rpm_{};
+    std::array<int16_t, 1441> engine_{}; // the engine bytes as stored: above 0 while it runs
     std::array<float, 1441> distance_{};
     std::array<int16_t, 3601> speed360_{};
     std::array<int16_t, 3601> rpm360_{};

@@ -32,6 +32,10 @@ QString Stamp_Text(const QString& digits)
 bool Quick_Brake_Chart::Load(Cls_DB& db, const QString& car)
 {
     bool found = false;
+    Quick_Brack_Date.clear();
+    Quick_Brack_Time.clear();
+    Driver_Code.clear();
+    Day.clear();
     Guarded(kErrSearch_Data, [&] {
         Recordset rs = db.DB_RSet_D_D(
             QStringLiteral("SELECT * FROM D_D2 WHERE LEFT(D_F1,6) = ? ORDER BY RIGHT(D_F1,6) DESC, D_F1 DESC"), {car});
@@ -41,12 +45,26 @@ bool Quick_Brake_Chart::Load(Cls_DB& db, const QString& car)
                 continue;
             Quick_Brack_Date = buffers;
             Quick_Brack_Time = rs.Text(QStringLiteral("D_F4"));
+            const QString key = rs.Text(QStringLiteral("D_F1"));
+            Driver_Code = key.mid(6, 6);
+            Day = key.right(6);
             found = true;
         }
         if (!found)
             Err_Proc(kErrSearch_Data, QStringLiteral("no quick-brake buffers of car %1 in D_D2").arg(car));
     });
     return found;
+}
+
+bool Quick_Brake_Chart::Empty_Slot(int slot) const
+{
+    auto Zeros = [](const QString& text) {
+        for (QChar c : text)
+            if (c != u'0' && c != u' ')
+                return false;
+        return true;
+    };
+    return Zeros(Quick_Brack_Date.mid((slot - 1) * 120, 120)) || Zeros(Quick_Brack_Time.mid((slot - 1) * 10, 10));
 }
 
 int16_t Quick_Brake_Chart::QB_Speed_Search(int n) const
@@ -59,6 +77,7 @@ void Quick_Brake_Chart::Quick_Brack_Graph(Graph_Surface& s, int slot)
     Guarded(kErrPicture_Base_Draw, [&] {
         speed_.fill(0);
         QB_Current_Point = 0;
+        Stamp.clear();
         slot = std::clamp(slot, 1, 4);
         const QString buffer = Quick_Brack_Date.mid((slot - 1) * 120, 120);
         const QString stamp = Quick_Brack_Time.mid((slot - 1) * 10, 10);
@@ -112,7 +131,7 @@ void Quick_Brake_Chart::Quick_Brack_Graph(Graph_Surface& s, int slot)
         s.CurrentY = BY1;
         s.Print(QStringLiteral("(Km/h)"));
 
-        if (buffer.trimmed().isEmpty())
+        if (Empty_Slot(slot))
             return;
         for (int n = 1; n <= int(BX_Count) && 2 * n <= buffer.size(); ++n) {
             const int hi = Hex_Digit(buffer[2 * n - 2]), lo = Hex_Digit(buffer[2 * n - 1]);

@@ -45,9 +45,10 @@ QStringList Second_Fields(const Cls_DB& db, const Operation_Graph& og, const QSt
 {
     const bool rpm = Rpm_Input();
     const int hour = int(db.Sec_StartTime.left(2).toInt());
+    const int k = s + 1; // the element of second s (Operation_Graph.h)
     return {car, driver,
             Two(hour + s / 3600) + QStringLiteral(" : ") + Two(s / 60 % 60) + QStringLiteral(" : ") + Two(s % 60),
-            QString::number(og.Speed_Search360(s)), rpm ? QString::number(og.RPM_Search360(s) * 40) : QString()};
+            QString::number(og.Speed_Search360(k)), rpm ? QString::number(og.RPM_Search360(k) * 40) : QString()};
 }
 
 QString Minute_Text(int minute)
@@ -63,8 +64,9 @@ QString Time_Text(const QString& hhmm)
 
 QStringList Minute_Fields(const Cls_DB& db, const Operation_Graph& og, int m, const QString& oldDistance)
 {
+    const int k = m + 1; // the element of clock minute m (Operation_Graph.h)
     QStringList f;
-    f << db.CarCode << db.DriveCode << Minute_Text(m) << QString::number(og.Speed_Search(m)) << Time_Text(db.StartTime)
+    f << db.CarCode << db.DriveCode << Minute_Text(m) << QString::number(og.Speed_Search(k)) << Time_Text(db.StartTime)
       << Time_Text(db.EndTime) << db.Distance << QString::number(db.OverSpeed_Count) << db.Acceleration << db.LKEngin
       << db.Brack << db.Idle << QStringLiteral("0") << QString::number(db.Average_Value);
 
@@ -78,16 +80,16 @@ QStringList Minute_Fields(const Cls_DB& db, const Operation_Graph& og, int m, co
     } else if (m < s) {
         distance = QStringLiteral("0");
     } else {
-        const float here = og.Distance_Search(m);
+        const float here = og.Distance_Search(k);
         distance = QString::number(double(here), 'f', 1);
         // Where the minute added nothing, a larger figure shown stays.
         const QString& cells = db.Sec_Distance_Data;
-        const bool same = m >= 2 && 2 * m <= cells.size() && cells.mid(2 * m - 2, 2) == cells.mid(2 * m - 4, 2);
+        const bool same = m >= 1 && 2 * k <= cells.size() && cells.mid(2 * m, 2) == cells.mid(2 * m - 2, 2);
         if (same && !db.Distance.isEmpty() && Val(oldDistance) > double(here))
             distance = oldDistance;
     }
     f << distance;
-    f << (Rpm_Input() ? QString::number(og.RPM_Search(m) * 40) : QString());
+    f << (Rpm_Input() ? QString::number(og.RPM_Search(k) * 40) : QString());
     return f;
 }
 

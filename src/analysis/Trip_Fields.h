@@ -12,7 +12,7 @@ class Operation_Graph;
 // Captions of the sixteen fields (message ids; "IDLE" stands as it is).
 QStringList Minute_Field_Captions();
 
-// The fields with the cursor on point m: car, driver, the time and speed
+// The fields with the cursor on clock minute m (from 0): car, driver, the time and speed
 // under the cursor, start, end, distance, the counts, the mark, the distance
 // driven by the cursor (a larger figure shown stays where the minute added
 // nothing) and, with an RPM input, the RPM.

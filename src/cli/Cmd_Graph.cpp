@@ -153,13 +153,17 @@ int Graph_Quick_Brake(Context& ctx, QStringList args)
     if (!found)
         ctx.err << "vexcli: no quick-brake buffers stored for car " << args[0] << "; the frame alone\n";
     const bool ok = Render(
-        file, LoadResString(630), {LoadResString(632) + QStringLiteral(" ") + args[0]},
+        file, LoadResString(630),
+        {LoadResString(632) + QStringLiteral(" ") + args[0], LoadResString(633) + QStringLiteral(" ") + chart.Driver_Code,
+         LoadResString(837) + QStringLiteral(" ") + Date_Dash(chart.Day)},
         [&](Graph_Surface& s, int16_t od) {
             chart.Out_Direction = od;
             chart.Quick_Brack_Graph(s, slot);
         },
         reason);
-    if (found) {
+    if (found && chart.Empty_Slot(slot)) {
+        ctx.err << "vexcli: slot " << slot << " holds no brake; the frame alone\n";
+    } else if (found) {
         ctx.out << LoadResString(814) << " : " << chart.Stamp << "\n";
         for (int n = 1; n <= 60; ++n)
             ctx.out << chart.QB_Speed_Search(n) << (n % 20 == 0 ? "\n" : " ");

@@ -113,6 +113,11 @@ Lang System_Lang()
     }
 }
 
+QString Lang_Text(const QString& korean, const QString& english)
+{
+    return System_Lang() == Lang::Korean ? korean : english;
+}
+
 bool Has_Message(int id, Lang lang)
 {
     const Table& table = The_Table();

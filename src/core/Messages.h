@@ -16,6 +16,10 @@ Lang System_Lang();
 QString LoadResString(int id);
 QString LoadResString(int id, Lang lang);
 
+// A fixed text that the table has no id for: the Korean one on a Korean
+// system, else the English one (as the table falls back).
+QString Lang_Text(const QString& korean, const QString& english);
+
 // True when the table has a row of id in exactly that language.
 bool Has_Message(int id, Lang lang);
 

@@ -43,7 +43,7 @@ Frm_daydrive::Frm_daydrive(QWidget* parent) : Vex_Form(QString::fromLatin1(kName
     connect(Command2, &QPushButton::clicked, this, &Frm_daydrive::Excel_Export);
     // The fuel estimate of the same day.
     connect(Command3, &QPushButton::clicked, this,
-            [this] { Open<Frm_consume1>(parentWidget())->Show_Day(TDBDate1->date()); });
+            [this] { Open<Frm_consume1>(parentWidget(), this)->Show_Day(TDBDate1->date()); });
 
     Grid_Window_Layout(this, {{LoadResString(1033), TDBDate1}}, {Command1, Command2, Command3}, Grid1);
 
@@ -75,10 +75,10 @@ void Frm_daydrive::Cell_Clicked(int row, int column)
     sel.Driver_Code = table_.keys[row].mid(6, 6);
     sel.Start_Date = table_.keys[row].right(6);
     if (column == kMinuteColumn) {
-        Open<frmReport_Operation>(parentWidget())->Load_Selection();
+        Open<frmReport_Operation>(parentWidget(), this)->Load_Selection();
     } else {
         const int hour = Grid1->item(row, 3)->text().left(2).toInt();
-        Open<frmReport_SecOperation>(parentWidget())->Show_Hour(sel.Car_Code, sel.Driver_Code, sel.Start_Date, hour, -1);
+        Open<frmReport_SecOperation>(parentWidget(), this)->Show_Hour(sel.Car_Code, sel.Driver_Code, sel.Start_Date, hour, -1);
     }
 }
 
@@ -86,7 +86,7 @@ void Frm_daydrive::Row_Double_Clicked(int row)
 {
     if (row < 0 || row >= table_.keys.size())
         return;
-    Open<Frm_oversp>(parentWidget())->Show_Trip(table_.keys[row].left(6), table_.keys[row].mid(6, 6), table_.keys[row].right(6));
+    Open<Frm_oversp>(parentWidget(), this)->Show_Trip(table_.keys[row].left(6), table_.keys[row].mid(6, 6), table_.keys[row].right(6));
 }
 
 } // namespace vex::forms

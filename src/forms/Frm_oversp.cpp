@@ -31,7 +31,7 @@ Frm_oversp::Frm_oversp(QWidget* parent) : Vex_Form(QString::fromLatin1(kName), p
         sel.Car_Code = car_;
         sel.Driver_Code = driver_;
         sel.Start_Date = day_;
-        Open<frmReport_Operation>(parentWidget())->Load_Selection();
+        Open<frmReport_Operation>(parentWidget(), this)->Load_Selection();
     });
     connect(cmdPrint, &QPushButton::clicked, this,
             [this] { Print_With_Dialog(this, false, [this](QPagedPaintDevice& d) { Print_List(d); }); });
@@ -75,7 +75,7 @@ void Frm_oversp::Open_Event(int row)
     if (row < 0 || row >= int(rows_.size()) || rows_[size_t(row)].second < 0)
         return;
     const int second = rows_[size_t(row)].second;
-    auto* view = Open<frmReport_SecOperation>(parentWidget());
+    auto* view = Open<frmReport_SecOperation>(parentWidget(), this);
     view->Show_Hour(car_, driver_, day_, second / 3600, second % 3600);
 }
 

@@ -94,6 +94,15 @@ int Shoot_Day_Views(MDIForm_Main* main, const std::function<QString(const QStrin
     auto* hour = Open<frmReport_SecOperation>(main);
     hour->Show_Hour(sel.Car_Code, sel.Driver_Code, sel.Start_Date, 8, 10 * 60);
     shoot(hour, QStringLiteral("frmReport_SecOperation"));
+    // The seconds of the day's first quick brake, the cursor on its second.
+    Recordset brakes = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D2 WHERE D_F1=?"),
+                                           {sel.Car_Code + sel.Driver_Code + sel.Start_Date});
+    const QString first = brakes.RecordCount() > 0 ? brakes.Text(QStringLiteral("D_F2")).left(6) : QString();
+    if (first.size() == 6 && first != QLatin1String("000000")) {
+        hour->Show_Hour(sel.Car_Code, sel.Driver_Code, sel.Start_Date, first.left(2).toInt(),
+                        first.mid(2, 2).toInt() * 60 + first.mid(4, 2).toInt());
+        shoot(hour, QStringLiteral("frmReport_SecOperation_brake"));
+    }
     auto* brake = Open<frmReport_QuickBrake>(main);
     brake->Load_Selection();
     shoot(brake, QStringLiteral("frmReport_QuickBrake"));

@@ -3,6 +3,9 @@
 #include "core/Mod_Main.h"
 
 #include <QApplication>
+#include <QGuiApplication>
+#include <QScreen>
+#include <algorithm>
 #include <QMap>
 
 namespace vex::forms {
@@ -32,6 +35,12 @@ Vex_Form::~Vex_Form()
         forms.erase(it);
 }
 
+void Vex_Form::Back_In_Front()
+{
+    raise();
+    activateWindow();
+}
+
 Vex_Form* Find_Form(const QString& name)
 {
     return Open_Forms().value(name).data();
@@ -50,18 +59,36 @@ void Place_Size(Vex_Form* form)
     form->resize(qMax(Twips(size.width), hint.width()), qMax(Twips(size.height), hint.height()));
 }
 
-Vex_Form* Open_Form(const QString& name, QWidget* corner, const std::function<Vex_Form*(QWidget*)>& make)
+QPoint Centred_On(const QRect& over, const QSize& size, const QRect& screen)
 {
-    Vex_Form* form = Find_Form(name);
-    if (!form) {
-        form = make(corner);
-        Place_Size(form);
-    }
-    if (corner)
-        form->move(corner->pos());
+    const QRect on = over.isValid() ? over : screen;
+    const int x = on.x() + (on.width() - size.width()) / 2;
+    const int y = on.y() + (on.height() - size.height()) / 2;
+    return {std::clamp(x, screen.x(), std::max(screen.x(), screen.x() + screen.width() - size.width())),
+            std::clamp(y, screen.y(), std::max(screen.y(), screen.y() + screen.height() - size.height()))};
+}
+
+void Show_In_Front(QWidget* form, QWidget* over)
+{
+    QWidget* window = over ? over->window() : nullptr;
+    const QScreen* screen = window && window->screen() ? window->screen() : QGuiApplication::primaryScreen();
+    const QRect area = screen ? screen->availableGeometry() : QRect();
+    if (area.isValid())
+        form->move(Centred_On(window ? window->frameGeometry() : QRect(), form->frameGeometry().size(), area));
     form->show();
     form->raise();
     form->activateWindow();
+}
+
+Vex_Form* Open_Form(const QString& name, QWidget* owner, QWidget* over,
+                    const std::function<Vex_Form*(QWidget*)>& make)
+{
+    Vex_Form* form = Find_Form(name);
+    if (!form) {
+        form = make(owner);
+        Place_Size(form);
+    }
+    Show_In_Front(form, over ? over : owner);
     return form;
 }
 

@@ -27,8 +27,10 @@ void frmReport_AvgDay::Search(const QString& start, const QString& end)
         TDBText1->setText(QString::number(days.average, 'f', 2));
         TDBText2->setText(QString::number(days.days));
         columns_ = days.columns;
-        if (days.days == 0)
+        if (days.days == 0) {
             Msg_Box(1135);
+            Back_In_Front();
+        }
     });
 }
 
@@ -73,8 +75,10 @@ void frmReport_DayAVG::Search(const QString& start, const QString& end)
         TDBText1->setText(QString::number(marks.average, 'f', 2));
         TDBText2->setText(QString::number(marks.count));
         columns_ = marks.columns;
-        if (marks.list.empty())
+        if (marks.list.empty()) {
             Msg_Box(1135);
+            Back_In_Front();
+        }
     });
 }
 

@@ -129,6 +129,7 @@ bool frmReport_DriveDay1::Show_Day()
                         QStringLiteral(" : ") + Date_Dash(sel.Start_Date));
         if (!found) {
             Msg_Box(1135);
+            Back_In_Front();
             return;
         }
         DB_View();

@@ -114,15 +114,15 @@ frmReport_Main::frmReport_Main(QWidget* parent) : Vex_Form(QString::fromLatin1(k
     connect(Command2, &QPushButton::clicked, this, &QWidget::close);
     connect(cmdQuickBrake, &QPushButton::clicked, this, [this] {
         Take_Selection();
-        Open<frmReport_QuickBrake>(parentWidget())->Load_Selection();
+        Open<frmReport_QuickBrake>(parentWidget(), this)->Load_Selection();
     });
     connect(cmdAvgDay, &QPushButton::clicked, this, [this] {
         Take_Selection();
-        Open<frmReport_AvgDay>(parentWidget())->Command1_Click();
+        Open<frmReport_AvgDay>(parentWidget(), this)->Command1_Click();
     });
     connect(cmdDayAVG, &QPushButton::clicked, this, [this] {
         Take_Selection();
-        Open<frmReport_DayAVG>(parentWidget())->Command1_Click();
+        Open<frmReport_DayAVG>(parentWidget(), this)->Command1_Click();
     });
     auto* charts = new QHBoxLayout;
     charts->addWidget(cmdQuickBrake);
@@ -214,16 +214,16 @@ void frmReport_Main::Command1_Click()
         Take_Selection();
         const Report_Selection& sel = Selection();
         if (option_ == 0) {
-            auto* view = Open<frmReport_SecOperation>(parentWidget());
+            auto* view = Open<frmReport_SecOperation>(parentWidget(), this);
             if (!view->Show_Hour(sel.Car_Code, sel.Driver_Code, sel.Start_Date, TDBTime1->time().hour(), -1))
                 view->close(); // message 1135 said it; this form stays
         } else if (option_ == 1) {
-            auto* view = Open<frmReport_Operation>(parentWidget());
+            auto* view = Open<frmReport_Operation>(parentWidget(), this);
             if (!view->Load_Selection())
                 view->close();
         } else if (option_ == 7) {
             // The daily report of the day chosen, with its print and preview.
-            auto* day = Open<frmReport_DriveDay1>(parentWidget());
+            auto* day = Open<frmReport_DriveDay1>(parentWidget(), this);
             if (!day->Show_Day())
                 day->close();
         } else if (option_ >= 2 && option_ <= 6) {

@@ -60,6 +60,7 @@ bool frmReport_Operation::Load_Selection()
         if (!found) {
             Clear_Fields();
             Msg_Box(1135);
+            Back_In_Front();
             return;
         }
         // Opening: the start of the trip in the time field, speed and
@@ -120,14 +121,14 @@ void frmReport_Operation::Command2_Click()
 {
     const Report_Selection& sel = Selection();
     const int hour = std::clamp(point_ / 60, 0, 23);
-    auto* view = Open<frmReport_SecOperation>(parentWidget());
+    auto* view = Open<frmReport_SecOperation>(parentWidget(), this);
     view->Show_Hour(sel.Car_Code, sel.Driver_Code, sel.Start_Date, hour, -1);
 }
 
 void frmReport_Operation::Command4_Click()
 {
     const Report_Selection& sel = Selection();
-    auto* list = Open<Frm_oversp>(parentWidget());
+    auto* list = Open<Frm_oversp>(parentWidget(), this);
     list->Show_Trip(sel.Car_Code, sel.Driver_Code, sel.Start_Date);
 }
 

@@ -75,8 +75,11 @@ frmReport_QuickBrake::frmReport_QuickBrake(QWidget* parent) : Vex_Form(QString::
         fields->addWidget(new QLabel(captions[i], this), 0, 2 * i);
         fields->addWidget(TDBText1[i], 0, 2 * i + 1);
     }
+    Label1 = new QLabel(this);
+    Label1->setObjectName(QStringLiteral("Label1"));
     auto* box = new QVBoxLayout(this);
     box->addLayout(top);
+    box->addWidget(Label1);
     box->addWidget(Picture2, 1);
     box->addLayout(fields);
 }
@@ -85,10 +88,17 @@ bool frmReport_QuickBrake::Load_Selection()
 {
     bool found = false;
     Guarded(kErrLoad, [&] {
-        found = chart_.Load(*G().DB, Selection().Car_Code);
+        const QString car = Selection().Car_Code;
+        found = chart_.Load(*G().DB, car);
+        const QString gap = QStringLiteral("     ");
+        Label1->setText(LoadResString(632) + QStringLiteral(" : ") + car + gap + LoadResString(633) +
+                        QStringLiteral(" : ") + chart_.Driver_Code + gap + LoadResString(837) +
+                        QStringLiteral(" : ") + Date_Dash(chart_.Day));
         Option1_Click(0);
-        if (!found)
+        if (!found) {
             Msg_Box(1135);
+            Back_In_Front();
+        }
     });
     return found;
 }

@@ -23,6 +23,7 @@ public:
     static constexpr const char* kName = "frmReport_QuickBrake";
     explicit frmReport_QuickBrake(QWidget* parent = nullptr);
 
+    QLabel* Label1;           // car, driver and day of the buffers
     Graph_Picture* Picture2;
     QRadioButton* Option1[4]; // slots 1 to 4
     QLineEdit* TDBText1[3];   // sample, time, speed

@@ -49,7 +49,7 @@ frmReport_SecOperation::frmReport_SecOperation(QWidget* parent)
         sel.Car_Code = car_;
         sel.Driver_Code = driver_;
         sel.Start_Date = day_;
-        auto* view = Open<frmReport_Operation>(parentWidget());
+        auto* view = Open<frmReport_Operation>(parentWidget(), this);
         if (view->Load_Selection())
             view->Cursor_To(hour_ * 60);
     });
@@ -84,6 +84,7 @@ bool frmReport_SecOperation::Show_Hour(const QString& car, const QString& driver
         if (!found) {
             Clear_Fields();
             Msg_Box(1135);
+            Back_In_Front();
         }
     });
     return found;

@@ -83,7 +83,7 @@ void frm_CarCondition::Day_Data()
     const int row = Grid1->currentRow();
     if (row < 0 || row >= table_.keys.size())
         return;
-    Open<frm_daystatus>(parentWidget())->Show(table_.keys[row], byDriver_, month_);
+    Open<frm_daystatus>(parentWidget(), this)->Show(table_.keys[row], byDriver_, month_);
 }
 
 void frm_CarCondition::Excel_Export()

@@ -45,7 +45,7 @@ frm_overfuel::frm_overfuel(QWidget* parent) : Vex_Form(QString::fromLatin1(kName
     connect(Command3, &QPushButton::clicked, this, [this] {
         const QString month = Combo4->currentData().toString();
         QDate day = QDate::fromString(QStringLiteral("20") + month + QStringLiteral("01"), QStringLiteral("yyyyMMdd"));
-        Open<Frm_consume>(parentWidget())->Show_Day(day.isValid() ? day : QDate::currentDate());
+        Open<Frm_consume>(parentWidget(), this)->Show_Day(day.isValid() ? day : QDate::currentDate());
     });
     connect(Command4, &QPushButton::clicked, this, &QWidget::close);
 

@@ -30,6 +30,10 @@ Excel_Result Driver_Days(Cls_DB& db, const QString& appDir, const Excel_Selectio
         return Missing_Template(true, kErrCode, book.Error());
     book.Set_Text(QStringLiteral("A1"), LoadResString(716));
     Put_Period(book, sel, LoadResString(633), sel.driver + QStringLiteral(" / ") + Driver_Name(db, sel.driver));
+    book.Set_Text(QStringLiteral("G4"), Overspeed_Band_Group());
+    const QStringList bands = Overspeed_Band_Heads();
+    for (int i = 0; i < 3; ++i)
+        book.Set_Text(7 + i, 5, bands[i]);
 
     int row = kRecordRow;
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext(), ++row) {

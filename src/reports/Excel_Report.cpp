@@ -92,6 +92,18 @@ QString Hh_Mm_Ss(const QString& hhmmss)
     return hhmmss.size() >= 6 ? Hh_Mm(hhmmss) + QLatin1Char(':') + hhmmss.mid(4, 2) : Hh_Mm(hhmmss);
 }
 
+QStringList Overspeed_Band_Heads()
+{
+    return {Lang_Text(QStringLiteral("1~10Km/h 초과(분)"), QStringLiteral("1-10 km/h over (min)")),
+            Lang_Text(QStringLiteral("11~19Km/h 초과(분)"), QStringLiteral("11-19 km/h over (min)")),
+            Lang_Text(QStringLiteral("20Km/h 이상 초과(분)"), QStringLiteral("20+ km/h over (min)"))};
+}
+
+QString Overspeed_Band_Group()
+{
+    return Lang_Text(QStringLiteral("과속 시간"), QStringLiteral("Overspeed minutes"));
+}
+
 void Put_Period(Xlsx_Book& book, const Excel_Selection& sel, const QString& label, const QString& codeAndName)
 {
     book.Set_Text(QStringLiteral("A2"), LoadResString(1214));

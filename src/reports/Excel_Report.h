@@ -89,6 +89,10 @@ QString Hh_Mm_Ss(const QString& hhmmss);             // "093215" -> "09:32:15"
 // The two header rows of the period reports: A2 start, D2 end; A3 the
 // label and B3 "code / name" when a code is given.
 void Put_Period(Xlsx_Book& book, const Excel_Selection& sel, const QString& label, const QString& codeAndName);
+// Heads of the three overspeed columns (D_F15 to D_F17), minutes by how far
+// above the limit: 1 to 10, 11 to 19, 20 km/h and more; and of their group.
+QStringList Overspeed_Band_Heads();
+QString Overspeed_Band_Group();
 } // namespace excel_detail
 
 } // namespace vex

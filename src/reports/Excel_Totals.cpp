@@ -167,6 +167,11 @@ Excel_Result Totals_Report(const Layout& k, Cls_DB& db, const QString& appDir, c
     book.Set_Text(QStringLiteral("C4"), LoadResString(1286));
     if (!k.byDriver)
         book.Set_Text(QStringLiteral("N4"), LoadResString(1282));
+    if (k.byDriver) {
+        const QStringList bands = Overspeed_Band_Heads();
+        for (int i = 0; i < 3; ++i)
+            book.Set_Text(12 + i, 4, bands[i]);
+    }
 
     // The sums; the days worked are those of each row added.
     Totals sum;

@@ -104,11 +104,16 @@ bool Cls_Report::Report_Quick_Brake(Report_Printer& printer, Cls_DB& db, Quick_B
     bool ok = false;
     Guarded(kErrQuick_Brake, [&] {
         const QString number = Management_Number(db, Car_Code);
-        const QString name = Driver_Name.isEmpty() ? Driver_Name_Of(db, Driver_Code) : Driver_Name;
+        // The buffers belong to the trip they were stored with: its driver
+        // and day, whoever the selection names.
+        const QString driver = chart.Driver_Code.isEmpty() ? Driver_Code : chart.Driver_Code;
+        const QString name =
+            driver == Driver_Code && !Driver_Name.isEmpty() ? Driver_Name : Driver_Name_Of(db, driver);
         Report_Page page(printer, M(630), false);
         Head(page, M(630),
              {Pair(632, Car_Code) + QStringLiteral("     ") + Pair(809, number),
-              Pair(832, name + QStringLiteral(" / ") + Driver_Code)});
+              Pair(832, name + QStringLiteral(" / ") + driver) + QStringLiteral("     ") +
+                  Pair(837, Date_Dash(chart.Day))});
         chart.Out_Direction = 1;
         chart.Quick_Brack_Graph(page.S(), slot);
         chart.Out_Direction = 0;

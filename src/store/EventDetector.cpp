@@ -133,7 +133,8 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
     Period overNow{}, idleNow{};
     int p = 0; // speed of the second before
 
-    for (int i = 1; i <= kDaySeconds; ++i) {
+    const int lastSecond = limits.firstSecond + kDaySeconds - 1;
+    for (int i = limits.firstSecond; i <= lastSecond; ++i) {
         const int v = speed[i];
         const int change = v - p;
 
@@ -206,9 +207,10 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
         if (q > 1)
             idleCount += q - 1;
     }
-    if (idleCount > 32767)
+    if (idleCount > 32767 || idles.size() > 32767)
         throw RunTimeError(QStringLiteral("Overflow"));
     out.Idle = int16_t(idleCount);
+    out.Idle_Runs = int16_t(idles.size());
 
     out.LkEngin_Data.reserve(int(overs.size()) * 18);
     for (const Period& e : overs)

@@ -13,7 +13,8 @@
 namespace vex {
 
 // Second arrays hold element s for second s of the day, element 0 first;
-// the detector reads seconds 1 to 86,400.
+// the reception's detector reads elements 1 to 86,400, the recount of old
+// trips 0 to 86,399.
 inline constexpr int kDaySeconds = 86400;
 inline constexpr int kDayArray = kDaySeconds + 1;     // 86,401 entries
 inline constexpr int kHalfArray = 2 * kDaySeconds + 1; // 172,801 entries
@@ -26,6 +27,7 @@ struct EventLimits {
     int16_t quickBrake = 9;       // B_Val9: fall within one second, km/h
     int16_t longOverMinutes = 3;  // B_Val11: unbroken overspeed that must be exceeded
     int16_t idleMinutes = 5;      // B_Val12: unbroken idling that must be exceeded
+    int firstSecond = 1;          // the walk covers 86,400 elements from here: 1 at reception, 0 in the recount
 };
 
 struct DayEvents {
@@ -36,6 +38,7 @@ struct DayEvents {
     int32_t Brack = 0;         // quick brakes and their records
     QString Brack_Data;
     int16_t Idle = 0;          // idle events, a long idling counted once a full threshold period
+    int16_t Idle_Runs = 0;     // idle periods, one each however long: the count of the recount
     QString Idle_Data;         // 18-character records: start, end, duration HHMMSS
     int16_t LKEngin = 0;       // long overspeeds, one a period
     QString LkEngin_Data;      // 18-character records

@@ -202,8 +202,13 @@ TEST(PackSampler, ACleanPackHoldsConsistentDays)
             const int before = rec.mid(6, 2).toInt(nullptr, 16), after = rec.mid(8, 2).toInt(nullptr, 16);
             EXPECT_GE(before - after, 9) << rec.toStdString();
             EXPECT_LE(before, 140);
-            EXPECT_EQ(p.field(DayPage::Brack_Time_Data).mid(4 * k, 4), rec.left(4));
+            // The first four brakes have a buffer and the time MMDDHHMMSS.
+            const QString time = p.field(DayPage::Brack_Time_Data).mid(10 * k, 10);
+            if (k < 4)
+                EXPECT_EQ(time, day.date.toString("MMdd") + rec.left(6));
         }
+        if (count < 4)
+            EXPECT_EQ(p.field(DayPage::Brack_Time_Data).mid(10 * count), QString(10 * (4 - count), '0'));
         EXPECT_EQ(Num(p.field(DayPage::Acceleration)), day.accelerations);
         EXPECT_GE(day.accelerations, 1);
         EXPECT_TRUE(Decimal(p.field(DayPage::Engin)));
@@ -453,6 +458,11 @@ TEST(DrivingProfile, CycleFilesAreCheckedLineByLine)
 
 TEST(DrivingProfile, AWorkingDayIsPlausibleSecondBySecond)
 {
+    // The recorder's engine byte is 170 rpm: idle and cruising by hand.
+    EXPECT_EQ(Engine_Byte(700), 4);
+    EXPECT_EQ(Engine_Byte(2000), 12);
+    EXPECT_EQ(Engine_Byte(0), 0);
+    EXPECT_EQ(Engine_Byte(60000), 254);
     const auto cycles = CycleSet::Load(":/cycles");
     ASSERT_TRUE(cycles);
     for (int i = 0; i < 4; ++i) {
@@ -473,6 +483,12 @@ TEST(DrivingProfile, AWorkingDayIsPlausibleSecondBySecond)
                 lastEngine = t;
                 EXPECT_GE(s.rpm, 650);
                 EXPECT_LE(s.rpm, 4500);
+                // As the office reads the recorder's byte: byte x 4.25 x 40.
+                const double shown = Engine_Byte(s.rpm) * 4.25 * 40;
+                if (s.speed == 0)
+                    EXPECT_NEAR(shown, 700, 100) << t;
+                else if (s.speed >= 50 && s.speed <= 90)
+                    EXPECT_TRUE(shown >= 1500 && shown <= 2600) << t << " " << s.speed << " " << shown;
             }
             EXPECT_LE(s.speed, 140);
             rises += s.speed - previous >= 8;

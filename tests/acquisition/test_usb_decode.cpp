@@ -140,11 +140,13 @@ TEST_F(Usb130, EventRegionConvertsPulseCountsAndKeepsTheThresholds)
     Event(5, "26010A080500", 0, 1416);  // a stamp with a letter
     Event(6, "260106090000", 0, 11);    // another day
     Event(7, "260105080600", 0, 11);    // back to the first day
+    Event(8, "261305080700", 71, 50);   // month 13: twelve digits, kept under its day
     ASSERT_TRUE(Decode());
 
     EXPECT_EQ(Text("D_D2", "260105"), "0801003223");
     EXPECT_EQ(Text("D_D4", "260105"), "080300000708040000FF0806000007");
     EXPECT_EQ(Text("D_D4", "260106"), "0900000007");
+    EXPECT_EQ(Text("D_D2", "261305"), "0807003223");
     EXPECT_EQ(Text("D_D1", "260105", "D_F9").toInt(), 3);
     EXPECT_EQ(Text("D_D1", "260105", "D_F10").toInt(), 1);
 

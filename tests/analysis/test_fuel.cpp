@@ -2,6 +2,7 @@
 // second file and minute distance, a car rated 0, and a month's excess cost
 // with its sum row, all against figures worked out by hand.
 #include "analysis/Fuel.h"
+#include "analysis/Status_Grids.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
@@ -90,6 +91,39 @@ TEST_F(Fuel, ADayFromItsSecondsAndACarRatedZero)
     day = Fuel_Estimate_Day(db(), QString(), "260105");
     EXPECT_EQ(day.rows.size(), 1u);
     EXPECT_TRUE(day.error.contains("000100"));
+}
+
+TEST_F(Fuel, ADayWithoutSecondDataHasNoEstimate)
+{
+    // A memory pack car: 63.6 km of minute distance, rated 3 km/l, no day
+    // file. Its litres are unknown, so no excess and no km/l either.
+    qputenv("VEX_LANG", "ko");
+    test::Put_Row("S_D1", "000700", {{"D_F7", 3}});
+    const QString key = "000700000301260105";
+    test::Put_Row("D_D1", key,
+                  {{"D_F2", "000700"}, {"D_F3", "000301"}, {"D_F4", "260105"}, {"D_F5", "0800"}, {"D_F7", "0931"}});
+    QMap<int, QString> cells;
+    for (int m = 480; m < 480 + 30; ++m)
+        cells[m] = "20";
+    cells[510] = "36";
+    test::Put_Row("D_D7", key, {{"D_F2", Minutes(cells)}});
+
+    const Fuel_Day day = Fuel_Estimate_Day(db(), QString(), "260105");
+    ASSERT_EQ(day.rows.size(), 1u);
+    EXPECT_FALSE(day.rows[0].estimated);
+    const Grid_Table g = Fuel_Day_Table(day);
+    ASSERT_EQ(g.rows.size(), 1u);
+    EXPECT_EQ(g.rows[0], (QStringList{"1", "000700", "000301", "63.6", "초당 자료 없음", "", ""}));
+
+    const Excel_Result x = Excel_Day_Fuel(db(), app.Dir(), Excel_Selection{{}, {}, "260105", "260105"});
+    ASSERT_EQ(x.outcome, Excel_Result::Written) << x.message.toStdString();
+    const test::Xlsx_Sheet s = test::Read_Xlsx(x.path, "condition");
+    ASSERT_TRUE(s.ok) << s.error.toStdString();
+    EXPECT_EQ(s.Value("D5"), "63.6");
+    EXPECT_EQ(s.Value("E5"), "초당 자료 없음");
+    EXPECT_EQ(s.Value("F5"), "");
+    EXPECT_EQ(s.Value("G5"), "");
+    qunsetenv("VEX_LANG");
 }
 
 TEST_F(Fuel, AMonthOfExcessCostWithItsSumRowAndAnEmptyMonth)

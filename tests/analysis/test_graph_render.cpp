@@ -95,11 +95,11 @@ TEST_F(Render, ADayShowsItsSpeedStateBandAndLimit)
             ++standing;
             EXPECT_TRUE(Near(img, x, band, kRed, 0)) << "standing minute " << k - 1;
         }
-        // A level stretch of speed: the line runs along its height.
+        // A level stretch of speed: the line runs along its height from
+        // minute k-1 (element k) to minute k (element k+1).
         if (v > 10 && v == og.Speed_Search(k + 1)) {
             ++flat;
-            EXPECT_TRUE(Near(img, (og.Make_X(float(k)) + og.Make_X(float(k + 1))) / 2, og.Make_Y(float(v)), kBlue))
-                << "speed " << v << " at minute " << k;
+            EXPECT_TRUE(Near(img, x, og.Make_Y(float(v)), kBlue)) << "speed " << v << " at minute " << k - 1;
         }
     }
     EXPECT_GT(moving, 200);
@@ -137,9 +137,9 @@ TEST_F(Render, AnHourOfSecondsAndAZoomedDay)
         const int v = og.Speed_Search360(k);
         if (v > 10 && v == og.Speed_Search360(k + 1)) {
             ++checked;
-            EXPECT_TRUE(Near(img, (og.Make_X360(float(k)) + og.Make_X360(float(k + 1))) / 2, og.Make_Y360(float(v)),
-                             kBlue))
-                << "second " << k;
+            EXPECT_TRUE(Near(img, (og.Make_X360(float(k - 1)) + og.Make_X360(float(k))) / 2,
+                             og.Make_Y360(float(v)), kBlue))
+                << "second " << k - 1;
         }
     }
     EXPECT_EQ(checked, 50);
@@ -268,4 +268,15 @@ TEST_F(Render, QuickBrakeChartOfAStoredBuffer)
     }
     EXPECT_EQ(chart.QB_Current_Point, 0);
     EXPECT_EQ(chart.QB_Speed_Search(1), 0);
+    // A slot the recorder never filled holds zeros: no time, no trace.
+    chart.Quick_Brack_Date = buffer + QString(120, QLatin1Char('0'));
+    {
+        QPainter p(&empty);
+        Graph_Surface s(p, empty.rect(), true);
+        chart.Quick_Brack_Graph(s, 2);
+    }
+    EXPECT_TRUE(chart.Empty_Slot(2));
+    EXPECT_EQ(chart.QB_Current_Point, 0);
+    EXPECT_EQ(chart.Stamp, "");
+    EXPECT_FALSE(chart.Empty_Slot(1));
 }

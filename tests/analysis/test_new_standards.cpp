@@ -5,6 +5,7 @@
 #include "analysis/New_Standards.h"
 #include "analysis/Standards.h"
 #include "store/DayFile.h"
+#include "store/EventDetector.h"
 #include "store/IngestFixture.h"
 
 #include <QFile>
@@ -135,6 +136,45 @@ TEST_P(Recount, MinutesDayFileDistanceAndTheCarsLimitGiveTheNewRow)
     cfg().B_Val9 = 10;
     EXPECT_EQ(Apply_New_Standards(*db, cfg(), {}).changed, 1);
     EXPECT_EQ(Row(a)[1], 0);
+}
+
+TEST_P(Recount, TheRecountWalksTheDaysSecondsAndCountsALongIdlingOnce)
+{
+    // Idle threshold 5 minutes (300 s). Three runs standing with the engine
+    // on: 901 s (three full periods and a second), 1,800 s (six periods),
+    // exactly 300 s (not longer than the threshold).
+    const QString key = "000500000200260105";
+    Car("000500", "");
+    Trip(key, 0, {0, 0, 0, 0, 0, 0, 0, 0, 0});
+    std::vector<uint8_t> speed(kDayArray, 0), engine(kDayArray, 0);
+    auto Idle = [&](int from, int seconds) {
+        for (int t = from; t < from + seconds; ++t)
+            engine[size_t(t)] = 18;
+    };
+    Idle(3600, 901);
+    Idle(7200, 1800);
+    Idle(14400, 300);
+    // Driving at 50 km/h through 23:59:59, the last second of the day:
+    // element 86,400 (24:00:00) is no second of it.
+    for (int t = 86000; t < kDaySeconds; ++t)
+        speed[size_t(t)] = 50;
+    engine[86000] = 18;
+    Day_File(key, speed, engine);
+
+    // The reception counts a run once a full period: 3 + 6 = 9 events, and
+    // takes the fall to element 86,400 for a quick brake.
+    EventLimits limits;
+    limits.idleMinutes = 5;
+    const DayEvents reception = Detect_Day_Events(speed, engine, limits);
+    EXPECT_EQ(reception.Idle, 9);
+    EXPECT_EQ(reception.Brack, 1);
+
+    // The recount walks 00:00:00 to 23:59:59 and counts a run once: 2 idle
+    // events, no brake; the rise to 50 at 23:53:20 is a quick acceleration
+    // for both. Deductions 2 + 2: a mark of 96.
+    Apply_New_Standards(*db, cfg(), {});
+    //                                       D_F9 F10 F11 F12 F13 F14 F15 F16 F17
+    EXPECT_EQ(Row(key), (std::vector<int>{1, 0, 0, 2, 0, 96, 0, 0, 0}));
 }
 
 TEST_P(Recount, WhatCantBeRecountedStaysAndSaysSo)

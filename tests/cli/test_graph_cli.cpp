@@ -153,7 +153,16 @@ TEST_F(GraphCli, QuickBrakeOfAStoredBuffer)
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     EXPECT_TRUE(r.out.contains("01월 05일 09시 10분 00초"));
     EXPECT_TRUE(r.out.contains("30 30 30"));
-    EXPECT_TRUE(Pdf_Text(Out("qb2.pdf")).contains("속도 정밀 분석"));
+    const QString pdf = Pdf_Text(Out("qb2.pdf"));
+    EXPECT_TRUE(pdf.contains("속도 정밀 분석"));
+    // The picture names the car, the driver and the day of the buffers.
+    EXPECT_TRUE(pdf.contains("운전자 코드 990000")) << pdf.toStdString();
+    EXPECT_TRUE(pdf.contains("운행일 2026-01-05"));
+    // Slot 3 was never filled (its time is zeros): the frame alone, no time.
+    r = Run({"graph", "quickbrake", "77QB00", "--slot", "3", "--out", Out("qb3.png")});
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    EXPECT_FALSE(r.out.contains("00월")) << r.out.toStdString();
+    EXPECT_TRUE(r.err.contains("slot 3 holds no brake"));
 }
 
 TEST_F(GraphCli, MarksOfTheReceivedDays)

@@ -88,7 +88,7 @@ TEST_F(ViewsTest, TheMinuteViewWalksTheDay)
     Operation_Graph& og = v->Graph_State();
     v->Picture2_MouseUp(og.Make_X(8 * 60 + 10) + 2);
     EXPECT_EQ(v->TDBText1[2]->text(), "08 : 10");
-    EXPECT_EQ(v->TDBText1[3]->text(), QString::number(og.Speed_Search(490)));
+    EXPECT_EQ(v->TDBText1[3]->text(), QString::number(og.Speed_Search(491)));
     EXPECT_NE(v->TDBText1[3]->text(), "0");
 
     // One hour around the cursor: the minute stays, steps are a minute.
@@ -165,9 +165,9 @@ TEST_F(ViewsTest, AnEventOpensTheSecondsViewOnItsSecond)
     EXPECT_EQ(sec->Hour(), h);
     EXPECT_EQ(sec->Cursor_Point(), mi * 60 + s);
     EXPECT_EQ(sec->TDBText1[2]->text(), QString("%1 : %2 : %3").arg(h, 2, 10, QChar('0')).arg(mi, 2, 10, QChar('0')).arg(s, 2, 10, QChar('0')));
-    // The speed shown is the second before the rise: the record's first speed.
-    const int before = text.section("속도 ", 1).section("km/h", 0, 0).toInt();
-    EXPECT_EQ(sec->TDBText1[3]->text(), QString::number(before));
+    // The speed shown is the event's second: the record's second speed.
+    const int after = text.section(" => ", 1).section("km/h", 0, 0).trimmed().toInt();
+    EXPECT_EQ(sec->TDBText1[3]->text(), QString::number(after));
 
     // Seconds step by one; the neighbouring stored hours, and none past the last.
     QTest::keyClick(sec, Qt::Key_Right);
@@ -200,8 +200,13 @@ TEST_F(ViewsTest, EveryViewIsReachedFromTheMainWindow)
     // The quick-brake chart: a USB day keeps no buffers.
     msgs.Clear();
     QTest::mouseClick(main->cmdQuickBrake, Qt::LeftButton);
-    EXPECT_NE(Find_Form("frmReport_QuickBrake"), nullptr);
+    auto* brake = qobject_cast<frmReport_QuickBrake*>(Find_Form("frmReport_QuickBrake"));
+    ASSERT_NE(brake, nullptr);
     EXPECT_EQ(msgs.Last(), LoadResString(1135));
+    // After the message the chart stands in front, not the analysis form.
+    QApplication::processEvents();
+    EXPECT_EQ(QApplication::activeWindow(), brake);
+    EXPECT_TRUE(brake->Label1->text().startsWith(LoadResString(632) + " : 12AB00"));
     // The mark charts of the week up to the day.
     QTest::mouseClick(main->cmdAvgDay, Qt::LeftButton);
     auto* avg = qobject_cast<frmReport_AvgDay*>(Find_Form("frmReport_AvgDay"));
@@ -223,10 +228,33 @@ TEST_F(ViewsTest, EveryViewIsReachedFromTheMainWindow)
     auto* minute = qobject_cast<frmReport_Operation*>(Find_Form("frmReport_Operation"));
     ASSERT_NE(minute, nullptr);
     EXPECT_EQ(minute->Label1->text(), "2026-01-06");
+    // The seconds view opens centred on the grid that opened it, on screen,
+    // wherever the grid stands.
+    const QRect area = grid->screen()->availableGeometry();
+    grid->move(area.right() - grid->frameGeometry().width() / 3, area.bottom() - grid->frameGeometry().height() / 3);
     grid->Cell_Clicked(0, 13);
     EXPECT_EQ(sec->Hour(), grid->Grid1->item(0, 3)->text().left(2).toInt());
+    EXPECT_EQ(sec->pos(), Centred_On(grid->frameGeometry(), sec->frameGeometry().size(), area));
+    EXPECT_TRUE(area.contains(sec->frameGeometry().topLeft()));
+    QApplication::processEvents();
+    EXPECT_EQ(QApplication::activeWindow(), sec);
     // The buttons of the minute and seconds views open the analysis form.
     EXPECT_TRUE(Button_Action(4).form == "frmReport_Main" && Button_Action(5).form == "frmReport_Main");
+}
+
+TEST(Window_Place, CentredOnItsParentAndKeptOnTheScreen)
+{
+    const QRect screen(0, 0, 1920, 1080);
+    // Room enough: the centres meet.
+    EXPECT_EQ(Centred_On(QRect(100, 100, 600, 400), QSize(200, 100), screen), QPoint(300, 250));
+    // A parent at the bottom right corner: the window stays inside.
+    EXPECT_EQ(Centred_On(QRect(1700, 900, 400, 300), QSize(200, 100), screen), QPoint(1720, 980));
+    // A parent partly above and left of the screen: the title bar stays on it.
+    EXPECT_EQ(Centred_On(QRect(-300, -200, 400, 300), QSize(200, 100), screen), QPoint(0, 0));
+    // Larger than the screen: its top-left corner on the screen.
+    EXPECT_EQ(Centred_On(QRect(100, 100, 600, 400), QSize(2500, 1200), screen), QPoint(0, 0));
+    // A second screen to the right, and no parent: its centre.
+    EXPECT_EQ(Centred_On(QRect(), QSize(200, 100), QRect(1920, 0, 1280, 1024)), QPoint(2460, 462));
 }
 
 TEST_F(ViewsTest, APrintedPageCarriesTheTitleFieldsAndGraph)

@@ -205,6 +205,11 @@ TEST_F(Excel_Reports, DriverDaysWithTheCarNumberBandsAndIdleTime)
     ASSERT_TRUE(s.ok) << s.error.toStdString();
     EXPECT_EQ(s.Value("A1"), "일자별 운전원 운행 상황 집계");
     EXPECT_EQ(s.Value("B3"), "000201 / 홍길동");
+    // G to I hold overspeed minutes by how far above the limit.
+    EXPECT_EQ(s.Value("G4"), "과속 시간");
+    EXPECT_EQ(s.Value("G5"), "1~10Km/h 초과(분)");
+    EXPECT_EQ(s.Value("H5"), "11~19Km/h 초과(분)");
+    EXPECT_EQ(s.Value("I5"), "20Km/h 이상 초과(분)");
     const QStringList row6 = {"2026-01-05", "서울12가3456", "08:10", "17:42", "123.4", "", "5", "6", "7",
                               "3", "1", "2", "0", "4", "01:12:03", "97"};
     for (int c = 0; c < row6.size(); ++c)
@@ -214,6 +219,17 @@ TEST_F(Excel_Reports, DriverDaysWithTheCarNumberBandsAndIdleTime)
     EXPECT_EQ(s.Value("B7"), "");
     EXPECT_EQ(s.Value("O7"), "00:00:00");
     EXPECT_EQ(s.formats.value("P7"), s.formats.value("P6"));
+
+    // The same heads in English.
+    qputenv("VEX_LANG", "en");
+    const Excel_Result en = Excel_Driver_Day(db(), app.Dir(), Sel("", kDriver, "260101", "260131"));
+    qputenv("VEX_LANG", "ko");
+    ASSERT_EQ(en.outcome, Excel_Result::Written) << en.message.toStdString();
+    const test::Xlsx_Sheet e = test::Read_Xlsx(en.path, "list");
+    EXPECT_EQ(e.Value("G4"), "Overspeed minutes");
+    EXPECT_EQ(e.Value("G5"), "1-10 km/h over (min)");
+    EXPECT_EQ(e.Value("H5"), "11-19 km/h over (min)");
+    EXPECT_EQ(e.Value("I5"), "20+ km/h over (min)");
 }
 
 TEST_F(Excel_Reports, NoRowsMissingTemplateAndBrokenTemplates)

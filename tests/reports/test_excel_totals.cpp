@@ -86,6 +86,9 @@ TEST_F(Excel_Totals, DriverAndCarTotalsWithSumsAndDailyAverage)
     ASSERT_TRUE(s.ok) << s.error.toStdString();
     EXPECT_EQ(s.Value("A1"), "운전원별 운행 상황 총괄표");
     EXPECT_EQ(s.Value("C4"), "근무일");
+    EXPECT_EQ(s.Value("L4"), "1~10Km/h 초과(분)");
+    EXPECT_EQ(s.Value("M4"), "11~19Km/h 초과(분)");
+    EXPECT_EQ(s.Value("N4"), "20Km/h 이상 초과(분)");
     // 572 + 180 minutes; bands of the first trip only; idle of its list.
     Expect_Row(s, 5, {"000201", "홍길동", "2", "12:32", "128.4", "3", "1", "3", "1", "6", "00:10:00", "5", "6", "7",
                       "98.5", "2026-01-06", "12:00", ""});
