@@ -8,7 +8,7 @@ PACKAGES=(
   # toolchain
   build-essential cmake ninja-build pkg-config clang libclang-rt-14-dev ccache
   # Qt 6 as Debian ships it
-  qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-l10n-tools
+  qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-l10n-tools qt6-translations-l10n
   libqt6sql6-sqlite libqt6sql6-psql libqt6sql6-odbc libqt6svg6
   # further libraries
   libzip-dev libcurl4-openssl-dev libpugixml-dev mdbtools-dev unixodbc-dev

@@ -4,8 +4,9 @@
 # database it gets a sample USB medium (model 250, the last seven days) that
 # the reception dialog ("데이터 수신", source "사각 USB(250)") finds as the
 # drive. With a display the desktop program starts (log in with
-# qemba/qemba); without one the headless job shows the folder's database,
-# receives the sample medium and shows one stored day.
+# qemba/qemba); without one the headless job receives the sample medium,
+# says what was stored, and writes yesterday's operation graph (PNG) and
+# daily report (PDF), naming their paths.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 BUILD=${VEX_BUILD_DIR:-$PWD/build}
@@ -28,6 +29,18 @@ if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   exec "$BUILD/src/vex" --app-dir "$APP"
 fi
 echo "run.sh: no display; the headless job instead"
-$VEXCLI show
-$VEXCLI receive usb --model 250 --medium "$MEDIUM"
-$VEXCLI day 001234 005678 "$(date -d '-1 days' +%y%m%d)"
+echo
+echo "== Receiving the sample medium (model 250, car 001234, driver 005678)"
+$VEXCLI receive usb --model 250 --medium "$MEDIUM" | grep -v '^decoded ' ||
+  echo "run.sh: the reception did not store everything; the lines above say why"
+
+DAY=$(date -d '-1 days' +%y%m%d)
+OUT="$APP/report"
+mkdir -p "$OUT"
+$VEXCLI graph day 001234 005678 "$DAY" --out "$OUT/sample-$DAY-graph.png" >/dev/null
+$VEXCLI report drive-day 001234 005678 "$DAY" --out "$OUT/sample-$DAY-report.pdf" >/dev/null
+echo
+echo "== Yesterday ($DAY) of car 001234, driver 005678"
+echo "operation graph: $OUT/sample-$DAY-graph.png"
+echo "daily report:    $OUT/sample-$DAY-report.pdf"
+echo "every stored figure of the day: $BUILD/src/vexcli --app-dir $APP day 001234 005678 $DAY"

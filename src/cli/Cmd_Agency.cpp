@@ -39,12 +39,14 @@ int Cmd_Agency(Context& ctx)
             return 2;
         }
     }
-    const std::vector<Agency_Note> notes = Agency_Check(db, from, to);
+    const std::vector<Agency_Note> notes = Agency_Check(db, id, from, to);
+    const bool stops = std::any_of(notes.begin(), notes.end(), [](const Agency_Note& n) { return n.stops; });
     for (const Agency_Note& n : notes)
-        ctx.out << n.key << "  " << n.what << "\n";
-    ctx.out << notes.size() << " note(s)\n";
+        ctx.out << (n.key.isEmpty() ? QStringLiteral("the run") : n.key) << "  " << n.what << "\n";
+    ctx.out << notes.size() << " note(s)" << (stops ? ", the run would stop" : "") << "\n";
+    // A check passes only what the run then writes.
     if (ctx.args.contains("--check"))
-        return 0;
+        return stops ? 1 : 0;
     const Agency_Result r = Write_Agency_Files(db, id, from, to);
     for (const QString& f : r.written)
         ctx.out << "wrote " << f << "\n";

@@ -185,6 +185,33 @@ constexpr Label kLabels[] = {
     {1162, "Mod_Main - Pack_Select"},
     {1163, "Mod_Main - Send_Data"},
     {1164, "Mod_Main - Main_Start"},
+
+    // The routines of this program beyond the handlers above.
+    {kErrOptimise, "Db_Compaction - Optimise"},
+    {kErrBackup, "Db_Keeping - Backup"},
+    {kErrRebuild, "Db_Keeping - Rebuild_Day"},
+    {kErrMove, "Db_Keeping - Move_From"},
+    {kErrKeepingRead, "Db_Keeping - Backup_Period"},
+    {kErrExport, "Data_Package - Export_Package"},
+    {kErrImport, "Data_Package - Import_Package"},
+    {kErrDelete, "Data_Package - Delete_Selection"},
+    {kErrRekey, "Data_Package - Rekey"},
+    {kErrExportDb, "Data_Package - Empty_Export_Db"},
+    {kErrAgency, "Agency_File - Write_Agency_Files"},
+    {kErrAgencyCheck, "Agency_File - Agency_Check"},
+    {kErrAgencyIdentity, "Agency_File - Agency_Identity"},
+    {kErrRemoteLoad, "Remote_Reception - Remote_Load"},
+    {kErrFtp, "Ftp_Transfer - Ftp_Run_Pass"},
+    {kErrZip, "Package - Zip"},
+    {kErrWriteLock, "Cls_DB - Begin_Write"},
+    {kErrCommit, "Cls_DB - Batch"},
+    {kErrRenames, "Data_Package - Finish_Pending_Renames"},
+    {kErrFuelDay, "Frm_consume - Load"},
+    {kErrCarCondition, "frm_CarCondition - Load"},
+    {kErrDayReport, "frm_dayreport - Load"},
+    {kErrDayStatus, "frm_daystatus - Load"},
+    {kErrOverFuel, "frm_overfuel - Load"},
+    {kErrRegisterCodes, "Keep_Progress - Register_Codes"},
 };
 
 } // namespace

@@ -37,14 +37,16 @@ QString Err_Last()
 
 void Err_Proc(int16_t code, const QString& text)
 {
-    if (code < 1001 || code > 1164)
-        return;
     QMutexLocker locked(&Log_Lock());
-    Last() = Err_Label(code) + QStringLiteral(": ") + text;
+    // A code without a label is still written: no failure goes unsaid.
+    QString label = Err_Label(code);
+    if (label.isEmpty())
+        label = QStringLiteral("code %1").arg(code);
+    Last() = label + QStringLiteral(": ") + text;
     const QString line = QStringLiteral("%1\t%2\t%3\t%4\n")
                              .arg(QDateTime::currentDateTime().toString(Qt::ISODate))
                              .arg(code)
-                             .arg(Err_Label(code), QString(text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+                             .arg(label, QString(text).replace(QLatin1Char('\n'), QLatin1Char(' ')));
     QFile log(Err_Log_Path());
     if (!log.fileName().isEmpty() && log.open(QIODevice::Append | QIODevice::Text)) {
         log.write(line.toUtf8());

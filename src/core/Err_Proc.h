@@ -18,12 +18,44 @@ public:
     explicit RunTimeError(const QString& what) : std::runtime_error(what.toStdString()) {}
 };
 
+// Codes of the routines beyond the handlers of 1001..1164: keeping,
+// packages, the agency file, the transfer, the write lock and the grid
+// windows, each with a label of its own.
+enum Err_Code : int16_t {
+    kErrOptimise = 2001,
+    kErrBackup = 2002,
+    kErrRebuild = 2003,
+    kErrMove = 2004,
+    kErrKeepingRead = 2005,
+    kErrExport = 2006,
+    kErrImport = 2007,
+    kErrDelete = 2008,
+    kErrRekey = 2009,
+    kErrExportDb = 2010,
+    kErrAgency = 2011,
+    kErrAgencyCheck = 2012,
+    kErrAgencyIdentity = 2013,
+    kErrRemoteLoad = 2014,
+    kErrFtp = 2015,
+    kErrZip = 2016,
+    kErrWriteLock = 2017,
+    kErrCommit = 2018,
+    kErrRenames = 2019,
+    kErrFuelDay = 2020,
+    kErrCarCondition = 2021,
+    kErrDayReport = 2022,
+    kErrDayStatus = 2023,
+    kErrOverFuel = 2024,
+    kErrRegisterCodes = 2025,
+};
+
 // Label of a handler code: "object - procedure"; empty for gaps and codes
-// outside 1001..1164.
+// without one.
 QString Err_Label(int code);
 
 // Resolves the code to its label and appends "time<TAB>code<TAB>label<TAB>text"
-// to Err_Log_Path(). Codes outside 1001..1164 are ignored. Never throws.
+// to Err_Log_Path(). Every code is written, one without a label under
+// "code N". Never throws.
 void Err_Proc(int16_t code, const QString& text);
 
 // Label and text of the last error Err_Proc took, for a command line that

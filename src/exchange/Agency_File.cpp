@@ -149,6 +149,66 @@ QString Prepare_Folder(int n)
     return dir;
 }
 
+// The file of one day, header and data lines with their CR LF: the minute
+// form from the stored series, or for a model "250" the second form from
+// its day file; empty when the day has neither.
+QByteArray Day_Bytes(Cls_DB& db, const Car_Facts& f, const QString& business, const QString& car,
+                     const QString& driver, const QString& day)
+{
+    QByteArray bytes;
+    const QString key = car + driver + day;
+    const QByteArray dayBytes = day.toLatin1();
+    if (f.model != QLatin1String("250")) {
+        bool found = false;
+        const QString series = Text_Of(db, QStringLiteral("D_D3"), key, &found);
+        if (found) {
+            std::vector<int> speed(1440, 0);
+            for (int k = 0; k < 1440 && 2 * k + 1 < series.size(); ++k)
+                speed[size_t(k)] = Speed_Cell(series, 2 * k);
+            const std::vector<int> km = Running_Km(Text_Of(db, QStringLiteral("D_D7"), key), true);
+            bytes = Header_Bytes(Agency_Header(QStringLiteral("qrx120"), f.vehicle, business, driver));
+            int first = 0, last = 1439;
+            while (first < 1440 && speed[size_t(first)] <= 0)
+                ++first;
+            while (last >= 0 && speed[size_t(last)] <= 0)
+                --last;
+            static const QByteArray noEngine("0000");
+            for (int k = first; k <= last; ++k)
+                Append_Data_Line(bytes, km[size_t(k)], dayBytes, k / 60, k % 60, -1, speed[size_t(k)], noEngine);
+        }
+    } else if (QFileInfo(Local_Path(Day_File_Name(car, driver, day))).isFile()) {
+        const DayFile file = Read_Day_File(Local_Path(Day_File_Name(car, driver, day)));
+        const std::vector<int> km = Running_Km(Text_Of(db, QStringLiteral("D_D7"), key), false);
+        auto Good = [](uint8_t v) { return v >= 1 && v <= 254; };
+        auto First = [&](const std::vector<uint8_t>& a) {
+            int s = 0;
+            while (s < 86400 && !Good(a[size_t(s)]))
+                ++s;
+            return s;
+        };
+        auto Last = [&](const std::vector<uint8_t>& a) {
+            int s = 86399;
+            while (s >= 0 && !Good(a[size_t(s)]))
+                --s;
+            return s;
+        };
+        const int begin = std::min(First(file.speed), First(file.engine));
+        const int end = std::max(Last(file.speed), Last(file.engine));
+        bytes = Header_Bytes(Agency_Header(QStringLiteral("qrx250"), f.vehicle, business, driver));
+        bytes.reserve(bytes.size() + std::max(0, end - begin + 1) * 70);
+        // The engine text of each of the 256 byte values, once.
+        std::vector<QByteArray> engineText(256);
+        for (int v = 0; v < 256; ++v)
+            engineText[size_t(v)] = Agency_Engine_Text(v, f.factor).toLatin1();
+        for (int s = begin; s <= end; ++s) {
+            const int h = s / 3600, m = (s - h * 3600) / 60, sec = s - h * 3600 - m * 60;
+            Append_Data_Line(bytes, km[size_t(h * 60 + m)], dayBytes, h, m, sec, file.speed[size_t(s)],
+                             engineText[file.engine[size_t(s)]]);
+        }
+    }
+    return bytes;
+}
+
 } // namespace
 
 QString Zero_Pad(const QString& text, int width)
@@ -225,32 +285,68 @@ bool Save_Agency_Identity(Cls_DB& db, const Agency_Identity& id, QString* messag
     return ok;
 }
 
-std::vector<Agency_Note> Agency_Check(Cls_DB& db, const QString& from, const QString& to)
+std::vector<Agency_Note> Agency_Check(Cls_DB& db, const Agency_Identity& id, const QString& from, const QString& to)
 {
     std::vector<Agency_Note> notes;
-    Guarded(1089, [&] {
+    // What stops the run before it writes anything, as the run says it.
+    if (id.company.isEmpty() || id.business.isEmpty())
+        notes.push_back({{}, QStringLiteral("회사명과 사업자번호를 입력하신 후 저장 버튼을 누르세요 !"), true});
+    if (from > to)
+        notes.push_back({{}, LoadResString(1169), true});
+    const QString business = Zero_Pad(id.business, 10);
+    const bool ok = Guarded(1089, [&] {
         Recordset rs = db.DB_RSet_D_D(
             QStringLiteral("SELECT * FROM D_D1 where (RIGHT(D_F1,6)) >= ? AND (RIGHT(D_F1,6)) <= ?"), {from, to});
+        if (from <= to && rs.RecordCount() < 1)
+            notes.push_back({{}, QStringLiteral("데이터가 없습니다"), true});
+        std::map<QString, Car_Facts> facts;
         for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
             const QString car = rs.Text(QStringLiteral("D_F2")), driver = rs.Text(QStringLiteral("D_F3")),
                           day = rs.Text(QStringLiteral("D_F4"));
             const QString key = car + driver + day;
-            const Car_Facts f = Facts_Of(db, car);
+            auto known = facts.find(car);
+            if (known == facts.end())
+                known = facts.emplace(car, Facts_Of(db, car)).first;
+            const Car_Facts& f = known->second;
             if (!f.registered)
                 notes.push_back({key, QStringLiteral("car %1 has no register row: written as model \"120\"").arg(car)});
             if (f.vehicle.size() > 12)
                 notes.push_back({key, QStringLiteral("vehicle id \"%1\" is longer than 12 characters: the columns after it shift").arg(f.vehicle)});
-            if (f.model == QLatin1String("250")) {
-                if (!QFileInfo(Local_Path(Day_File_Name(car, driver, day))).isFile())
-                    notes.push_back({key, QStringLiteral("model \"250\" without its day file: skipped")});
-            } else {
-                bool found = false;
-                Text_Of(db, QStringLiteral("D_D3"), key, &found);
-                if (!found)
-                    notes.push_back({key, QStringLiteral("no minute series: skipped")});
+            // The day as the run writes it, measured against the layout.
+            const QByteArray bytes = Day_Bytes(db, f, business, car, driver, day);
+            if (bytes.isEmpty()) {
+                notes.push_back({key, f.model == QLatin1String("250")
+                                          ? QStringLiteral("model \"250\" without its day file: skipped")
+                                          : QStringLiteral("no minute series: skipped")});
+                continue;
             }
+            QList<QByteArray> lines = bytes.split('\n'); // each line ends with CR LF
+            lines.removeLast();
+            for (QByteArray& line : lines)
+                line.chop(1);
+            const qsizetype header = lines.first().size();
+            if (header != kAgencyHeaderBytes)
+                notes.push_back({key, QStringLiteral("header of %1 bytes instead of %2 (vehicle id \"%3\", business "
+                                                     "number \"%4\", driver \"%5\"; a Korean character takes two bytes)")
+                                          .arg(header).arg(kAgencyHeaderBytes).arg(f.vehicle, business, driver)});
+            int wrong = 0;
+            QByteArray first;
+            for (qsizetype i = 1; i < lines.size(); ++i) {
+                if (lines[i].size() == kAgencyLineBytes)
+                    continue;
+                if (wrong++ == 0)
+                    first = lines[i];
+            }
+            if (wrong > 0)
+                notes.push_back({key, QStringLiteral("%1 of %2 data lines are not %3 characters wide; the first, at "
+                                                     "%4:%5, is %6 (an engine value or a distance of five digits)")
+                                          .arg(wrong).arg(lines.size() - 1).arg(kAgencyLineBytes)
+                                          .arg(QString::fromLatin1(first.mid(17, 2)), QString::fromLatin1(first.mid(19, 2)))
+                                          .arg(first.size())});
         }
     });
+    if (!ok)
+        notes.push_back({{}, QStringLiteral("데이터생성실패  ") + Err_Last(), true});
     return notes;
 }
 
@@ -281,7 +377,6 @@ Agency_Result Write_Agency_Files(Cls_DB& db, const Agency_Identity& id, const QS
         for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
             const QString car = rs.Text(QStringLiteral("D_F2")), driver = rs.Text(QStringLiteral("D_F3")),
                           day = rs.Text(QStringLiteral("D_F4"));
-            const QString key = car + driver + day;
             auto known = facts.find(car);
             if (known == facts.end())
                 known = facts.emplace(car, Facts_Of(db, car)).first;
@@ -289,56 +384,7 @@ Agency_Result Write_Agency_Files(Cls_DB& db, const Agency_Identity& id, const QS
             const QString path = dir + QLatin1Char('/') + Agency_File_Name(day, f.vehicle, driver);
             if (!Inside_Folder(dir, path))
                 throw RunTimeError(QStringLiteral("Path/File access error: ") + path);
-            QByteArray bytes;
-            const QByteArray dayBytes = day.toLatin1();
-            if (f.model != QLatin1String("250")) {
-                bool found = false;
-                const QString series = Text_Of(db, QStringLiteral("D_D3"), key, &found);
-                if (found) {
-                    std::vector<int> speed(1440, 0);
-                    for (int k = 0; k < 1440 && 2 * k + 1 < series.size(); ++k)
-                        speed[size_t(k)] = Speed_Cell(series, 2 * k);
-                    const std::vector<int> km = Running_Km(Text_Of(db, QStringLiteral("D_D7"), key), true);
-                    bytes = Header_Bytes(Agency_Header(QStringLiteral("qrx120"), f.vehicle, business, driver));
-                    int first = 0, last = 1439;
-                    while (first < 1440 && speed[size_t(first)] <= 0)
-                        ++first;
-                    while (last >= 0 && speed[size_t(last)] <= 0)
-                        --last;
-                    static const QByteArray noEngine("0000");
-                    for (int k = first; k <= last; ++k)
-                        Append_Data_Line(bytes, km[size_t(k)], dayBytes, k / 60, k % 60, -1, speed[size_t(k)], noEngine);
-                }
-            } else if (QFileInfo(Local_Path(Day_File_Name(car, driver, day))).isFile()) {
-                const DayFile file = Read_Day_File(Local_Path(Day_File_Name(car, driver, day)));
-                const std::vector<int> km = Running_Km(Text_Of(db, QStringLiteral("D_D7"), key), false);
-                auto Good = [](uint8_t v) { return v >= 1 && v <= 254; };
-                auto First = [&](const std::vector<uint8_t>& a) {
-                    int s = 0;
-                    while (s < 86400 && !Good(a[size_t(s)]))
-                        ++s;
-                    return s;
-                };
-                auto Last = [&](const std::vector<uint8_t>& a) {
-                    int s = 86399;
-                    while (s >= 0 && !Good(a[size_t(s)]))
-                        --s;
-                    return s;
-                };
-                const int begin = std::min(First(file.speed), First(file.engine));
-                const int end = std::max(Last(file.speed), Last(file.engine));
-                bytes = Header_Bytes(Agency_Header(QStringLiteral("qrx250"), f.vehicle, business, driver));
-                bytes.reserve(bytes.size() + std::max(0, end - begin + 1) * 70);
-                // The engine text of each of the 256 byte values, once.
-                std::vector<QByteArray> engineText(256);
-                for (int v = 0; v < 256; ++v)
-                    engineText[size_t(v)] = Agency_Engine_Text(v, f.factor).toLatin1();
-                for (int s = begin; s <= end; ++s) {
-                    const int h = s / 3600, m = (s - h * 3600) / 60, sec = s - h * 3600 - m * 60;
-                    Append_Data_Line(bytes, km[size_t(h * 60 + m)], dayBytes, h, m, sec, file.speed[size_t(s)],
-                                     engineText[file.engine[size_t(s)]]);
-                }
-            }
+            const QByteArray bytes = Day_Bytes(db, f, business, car, driver, day);
             if (!bytes.isEmpty()) {
                 Write_Bytes(path, bytes);
                 r.written << path;

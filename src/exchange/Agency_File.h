@@ -39,13 +39,24 @@ QString Agency_File_Name(const QString& day, const QString& vehicleId, const QSt
 // stays and makes it longer.
 QString Agency_Engine_Text(int engineByte, float factor);
 
-// What a run will pass over and why, or write differently than one might
-// expect (a car without a register row is written as model "120").
+// The widths of the fixed layout: the header (a vehicle field of 12
+// characters) and each data line, without CR LF.
+inline constexpr int kAgencyHeaderBytes = 79;
+inline constexpr int kAgencyLineBytes = 68;
+
+// What stops a run before it writes (stops: no company or business number,
+// a start after the end, no rows), and what it will pass over or write
+// differently than the layout: a car without a register row (model "120"),
+// a day without its series or day file, and every header and data line
+// that is not of the layout's width (a Korean vehicle id takes two bytes a
+// character; an engine value of five digits widens its line), with its car
+// and day. The files themselves are written as they always were.
 struct Agency_Note {
-    QString key;  // car + driver + day
+    QString key;  // car + driver + day; empty for the run as a whole
     QString what;
+    bool stops = false;
 };
-std::vector<Agency_Note> Agency_Check(Cls_DB& db, const QString& from, const QString& to);
+std::vector<Agency_Note> Agency_Check(Cls_DB& db, const Agency_Identity& id, const QString& from, const QString& to);
 
 struct Agency_Result {
     bool ok = false;

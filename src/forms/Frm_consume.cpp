@@ -45,7 +45,7 @@ void Frm_consume::Query()
 {
     day_ = TDBDate1->date().toString(QStringLiteral("yyMMdd"));
     Fuel_Day day;
-    Guarded(0, [&] { day = Fuel_Estimate_Day(*G().DB, G().Config ? G().Config->U_PackDir : QString(), day_); });
+    Guarded(kErrFuelDay, [&] { day = Fuel_Estimate_Day(*G().DB, G().Config ? G().Config->U_PackDir : QString(), day_); });
     table_ = Fuel_Day_Table(day);
     Fill_Grid(Grid1, table_);
     // A car rated 0 ends the list there; the rows before it stand.

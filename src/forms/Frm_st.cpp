@@ -86,19 +86,23 @@ void Frm_st::Cmd_Save_Click()
     const Agency_Identity id{Text1->text().trimmed(), Text2->text().trimmed()};
     if (!id.business.isEmpty())
         Text2->setText(Zero_Pad(id.business, 10));
-    // Before anything is written: what the run will pass over, and why.
-    if (!id.company.isEmpty() && !id.business.isEmpty() && from <= to) {
-        const std::vector<Agency_Note> notes = Agency_Check(*G().DB, from, to);
-        QStringList lines;
-        for (const Agency_Note& n : notes)
-            lines << n.key + QStringLiteral("  ") + n.what;
-        Text_Check->setPlainText(lines.join(QLatin1Char('\n')));
-        if (!notes.empty()
-            && Msg_Box(QStringLiteral("%1건을 확인하세요. 계속하시겠습니까?").arg(notes.size()), QMessageBox::Question, {},
-                       QMessageBox::Yes | QMessageBox::No)
-                   != QMessageBox::Yes)
-            return;
+    // Before anything is written: what stops the run, what it will pass over
+    // and what it writes off the layout.
+    const std::vector<Agency_Note> notes = Agency_Check(*G().DB, id, from, to);
+    QStringList lines;
+    for (const Agency_Note& n : notes)
+        lines << (n.key.isEmpty() ? QString() : n.key + QStringLiteral("  ")) + n.what;
+    Text_Check->setPlainText(lines.join(QLatin1Char('\n')));
+    const auto stop = std::find_if(notes.begin(), notes.end(), [](const Agency_Note& n) { return n.stops; });
+    if (stop != notes.end()) {
+        Msg_Box(stop->what);
+        return;
     }
+    if (!notes.empty()
+        && Msg_Box(QStringLiteral("%1건을 확인하세요. 계속하시겠습니까?").arg(notes.size()), QMessageBox::Question, {},
+                   QMessageBox::Yes | QMessageBox::No)
+               != QMessageBox::Yes)
+        return;
     Cmd_Save->setEnabled(false);
     const Agency_Result r = Write_Agency_Files(*G().DB, id, from, to, [this](int done, int all) {
         ProgressBar1->setRange(0, all);

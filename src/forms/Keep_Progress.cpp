@@ -1,6 +1,7 @@
 #include "forms/Keep_Progress.h"
 
 #include "core/Err_Proc.h"
+#include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
 
@@ -14,6 +15,7 @@ Exchange_Report Keep_With_Progress(QWidget* parent, const QString& title,
 {
     QProgressDialog dialog(title, QString(), 0, 1, parent);
     dialog.setObjectName(QStringLiteral("Keep_Progress"));
+    dialog.setWindowTitle(title);
     dialog.setWindowModality(Qt::WindowModal);
     dialog.setMinimumDuration(0);
     dialog.setValue(0);
@@ -28,12 +30,29 @@ Exchange_Report Keep_With_Progress(QWidget* parent, const QString& title,
     return r;
 }
 
+QString Days_To_Delete(const vex::Selection& s)
+{
+    int days = 0;
+    if (G().DB)
+        Guarded(kErrRegisterCodes, [&] { days = int(Select_Rows(*G().DB, QStringLiteral("D_D1"), s).rows.size()); });
+    const auto Who = [](const QString& code, const QString& korean, const QString& english, const QString& every) {
+        return code == QLatin1String("ALL") ? every : Lang_Text(korean, english) + QLatin1Char(' ') + code;
+    };
+    return Lang_Text(QStringLiteral("삭제할 자료: %1일 (%2, %3, %4 ~ %5)"),
+                     QStringLiteral("to be deleted: %1 day(s) (%2, %3, %4 to %5)"))
+        .arg(days)
+        .arg(Who(s.car, QStringLiteral("차량"), QStringLiteral("car"), Lang_Text(QStringLiteral("모든 차량"), QStringLiteral("every car"))),
+             Who(s.driver, QStringLiteral("운전원"), QStringLiteral("driver"),
+                 Lang_Text(QStringLiteral("모든 운전원"), QStringLiteral("every driver"))),
+             s.from, s.to);
+}
+
 QStringList Register_Codes(const QString& table)
 {
     QStringList codes{QStringLiteral("ALL")};
     if (!G().DB)
         return codes;
-    Guarded(1089, [&] {
+    Guarded(kErrRegisterCodes, [&] {
         Recordset rs = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM ") + table + QStringLiteral(" ORDER BY D_F1"));
         for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext())
             codes << rs.Text(QStringLiteral("D_F1"));

@@ -1,12 +1,15 @@
 #include "forms/Msg_Box.h"
 
+#include "core/Failure_Text.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QGridLayout>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 namespace vex::forms {
 
@@ -39,22 +42,39 @@ Msg_Hook Set_Msg_Hook(Msg_Hook hook)
     return old;
 }
 
-QMessageBox::StandardButton Msg_Box(const QString& text, QMessageBox::Icon icon, const QString& title,
-                                    QMessageBox::StandardButtons buttons)
+QMessageBox* Make_Box(const Msg_Record& r, QWidget* parent)
 {
-    Msg_Record r{text, title.isEmpty() ? G().Prog_Title : title, icon, buttons};
+    auto* box = new QMessageBox(r.icon, r.title, r.text, r.buttons, parent);
+    if (r.defaultButton != QMessageBox::NoButton)
+        box->setDefaultButton(r.defaultButton);
+    box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    // A message box sizes itself by its text alone and would cut a longer
+    // title to "...": a row as wide as the title keeps it whole.
+    if (auto* grid = qobject_cast<QGridLayout*>(box->layout())) {
+        const int wide = box->fontMetrics().horizontalAdvance(r.title) + 160;
+        grid->addItem(new QSpacerItem(wide, 0, QSizePolicy::Minimum, QSizePolicy::Expanding), grid->rowCount(), 0, 1,
+                      grid->columnCount());
+    }
+    return box;
+}
+
+QMessageBox::StandardButton Msg_Box(const QString& text, QMessageBox::Icon icon, const QString& title,
+                                    QMessageBox::StandardButtons buttons, QMessageBox::StandardButton defaultButton)
+{
+    // A failure's technical reason reaches the person as what to do.
+    Msg_Record r{Plain_Failure(text), title.isEmpty() ? G().Prog_Title : title, icon, buttons, defaultButton};
     if (r.title.isEmpty())
         r.title = QStringLiteral("VEX");
     if (The_Msg_Hook())
         return The_Msg_Hook()(r);
-    QMessageBox box(icon, r.title, text, buttons, QApplication::activeWindow());
-    return QMessageBox::StandardButton(box.exec());
+    std::unique_ptr<QMessageBox> box(Make_Box(r, QApplication::activeWindow()));
+    return QMessageBox::StandardButton(box->exec());
 }
 
 QMessageBox::StandardButton Msg_Box(int id, QMessageBox::Icon icon, const QString& title,
-                                    QMessageBox::StandardButtons buttons)
+                                    QMessageBox::StandardButtons buttons, QMessageBox::StandardButton defaultButton)
 {
-    return Msg_Box(LoadResString(id), icon, title, buttons);
+    return Msg_Box(LoadResString(id), icon, title, buttons, defaultButton);
 }
 
 QString Not_Built_Text(const QString& what)

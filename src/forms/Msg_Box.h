@@ -16,6 +16,7 @@ struct Msg_Record {
     QString title;
     QMessageBox::Icon icon = QMessageBox::Information;
     QMessageBox::StandardButtons buttons = QMessageBox::Ok;
+    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton; // the one Enter presses
 };
 
 using Msg_Hook = std::function<QMessageBox::StandardButton(const Msg_Record&)>;
@@ -25,14 +26,22 @@ using Msg_Hook = std::function<QMessageBox::StandardButton(const Msg_Record&)>;
 Msg_Hook Set_Msg_Hook(Msg_Hook hook);
 
 // A box with the text, the icon and the title; an empty title shows the
-// program's title, as a box without a title of its own does.
+// program's title, as a box without a title of its own does. The box is
+// wide enough for its whole title, and its text can be selected and copied
+// (a path, a reason). defaultButton is the one Enter presses; a question
+// whose Yes destroys data makes No the default.
 QMessageBox::StandardButton Msg_Box(const QString& text, QMessageBox::Icon icon = QMessageBox::Information,
                                     const QString& title = {},
-                                    QMessageBox::StandardButtons buttons = QMessageBox::Ok);
+                                    QMessageBox::StandardButtons buttons = QMessageBox::Ok,
+                                    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton);
+// The box Msg_Box shows for a record (the caller owns it): for the
+// screenshots, which look at a box without waiting on it.
+QMessageBox* Make_Box(const Msg_Record& r, QWidget* parent);
 // The same with the text of a message of the table.
 QMessageBox::StandardButton Msg_Box(int id, QMessageBox::Icon icon = QMessageBox::Information,
                                     const QString& title = {},
-                                    QMessageBox::StandardButtons buttons = QMessageBox::Ok);
+                                    QMessageBox::StandardButtons buttons = QMessageBox::Ok,
+                                    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton);
 
 // The box for an entry whose window this program doesn't have yet.
 void Not_Built(const QString& what);

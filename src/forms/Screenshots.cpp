@@ -1,5 +1,7 @@
 #include "forms/Screenshots.h"
 
+#include "core/Failure_Text.h"
+#include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "forms/Frm_consume.h"
 #include "forms/Frm_daydrive.h"
@@ -7,6 +9,7 @@
 #include "forms/frm_overfuel.h"
 #include "forms/Frm_oversp.h"
 #include "forms/MDIForm_Main.h"
+#include "forms/Keep_Progress.h"
 #include "forms/Msg_Box.h"
 #include "forms/Vex_Form.h"
 #include "forms/frmReport_AvgDay.h"
@@ -23,6 +26,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
+#include <QPrintDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <memory>
 #include <QThread>
 
 namespace vex::forms {
@@ -139,6 +146,37 @@ int Shoot_Day_Views(MDIForm_Main* main, const std::function<QString(const QStrin
     return n;
 }
 
+// The boxes and Qt's own dialogs as they meet a person: a failure in plain
+// words, a question that deletes (No by default, saying what goes), and the
+// print and preview dialogs in the language of the system.
+int Shoot_Boxes(MDIForm_Main* main, const std::function<QString(const QString&)>& path)
+{
+    int n = 0;
+    const Msg_Record failure{
+        Plain_Failure(QStringLiteral("DB 생성 오류   Cls_DB - DB_RSet_D_D: database or disk is full")),
+        QStringLiteral("차량 운행 기록 분석 프로그램 - 데이터 백업"), QMessageBox::Warning, QMessageBox::Ok};
+    const Msg_Record question{LoadResString(1150) + QStringLiteral("\n")
+                                  + Days_To_Delete(vex::Selection{QStringLiteral("260101"), QStringLiteral("260131"),
+                                                    QStringLiteral("123400"), QStringLiteral("ALL")}),
+                              G().Prog_Title, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No,
+                              QMessageBox::No};
+    for (const auto& [record, name] : {std::pair{failure, "box_failure"}, std::pair{question, "box_delete"}}) {
+        std::unique_ptr<QMessageBox> box(Make_Box(record, main));
+        box->show();
+        n += Save(box.get(), path(QString::fromLatin1(name)));
+    }
+    QPrinter printer;
+    QPrintDialog print(&printer, main);
+    print.show();
+    n += Save(&print, path(QStringLiteral("dialog_print")));
+    print.close();
+    QPrintPreviewDialog preview(&printer, main);
+    preview.show();
+    n += Save(&preview, path(QStringLiteral("dialog_preview")));
+    preview.close();
+    return n;
+}
+
 } // namespace
 
 int Write_Screenshots(const QString& appDir, const QString& dir, const QString& prefix, bool sampleRows)
@@ -176,6 +214,7 @@ int Write_Screenshots(const QString& appDir, const QString& dir, const QString& 
     }
     if (G().DB)
         n += Shoot_Day_Views(main, path);
+    n += Shoot_Boxes(main, path);
     Set_End_Hook({});
     delete main;
     return n;

@@ -15,9 +15,12 @@ frmPack_delete::frmPack_delete(QWidget* parent)
 
 void frmPack_delete::Run()
 {
-    if (Msg_Box(1150, QMessageBox::Question, {}, QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
-        return;
+    // The question says what goes; Enter keeps it.
     const Selection s = Chosen();
+    if (Msg_Box(LoadResString(1150) + QStringLiteral("\n") + Days_To_Delete(s), QMessageBox::Question, {},
+                QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
+        != QMessageBox::Yes)
+        return;
     if (s.car.isEmpty()) {
         Msg_Box(QStringLiteral("차량코드는 반드시 선택하세요"));
         return;

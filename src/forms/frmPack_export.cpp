@@ -6,6 +6,7 @@
 #include "forms/Keep_Progress.h"
 #include "forms/Msg_Box.h"
 
+#include <QDir>
 #include <QLabel>
 
 namespace vex::forms {
@@ -32,8 +33,10 @@ void frmPack_export::Run()
         Msg_Box(r.message);
         return;
     }
-    if (Msg_Box(QStringLiteral("내보낸 데이터를 삭제하시겠읍니까?"), QMessageBox::Question, {},
-                QMessageBox::Yes | QMessageBox::No)
+    // Where the package went, then the question; Enter keeps the days.
+    if (Msg_Box(QDir::toNativeSeparators(r.message) + QStringLiteral("\n\n")
+                    + Days_To_Delete(s) + QStringLiteral("\n") + QStringLiteral("내보낸 데이터를 삭제하시겠읍니까?"),
+                QMessageBox::Question, {}, QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
         != QMessageBox::Yes)
         return;
     const Exchange_Report gone = Keep_With_Progress(this, LoadResString(1198), [&](const Exchange_Progress& p) {

@@ -61,7 +61,7 @@ frm_CarCondition::frm_CarCondition(QWidget* parent) : Vex_Form(QString::fromLati
     box->addWidget(Grid1, 1);
     box->addLayout(buttons);
 
-    Guarded(0, [&] {
+    Guarded(kErrCarCondition, [&] {
         for (const auto& [shown, month] : Month_List(*G().DB))
             Combo1->addItem(shown, month);
     });
@@ -74,7 +74,7 @@ void frm_CarCondition::Show_Month()
     byDriver_ = Opt_Driver->isChecked();
     const int limit = Combo2->currentText().toInt(); // "ALL" reads 0: every row
     table_ = {};
-    Guarded(0, [&] { table_ = Car_Condition_Grid(*G().DB, month_, byDriver_, limit); });
+    Guarded(kErrCarCondition, [&] { table_ = Car_Condition_Grid(*G().DB, month_, byDriver_, limit); });
     Fill_Grid(Grid1, table_);
 }
 

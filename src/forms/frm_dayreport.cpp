@@ -44,7 +44,7 @@ void frm_dayreport::Show_Day()
 {
     day_ = TDBDate1->date().toString(QStringLiteral("yyMMdd"));
     table_ = {};
-    Guarded(0, [&] { table_ = Day_Report_Grid(*G().DB, day_, Text1->value()); });
+    Guarded(kErrDayReport, [&] { table_ = Day_Report_Grid(*G().DB, day_, Text1->value()); });
     Fill_Grid(Grid1, table_);
 }
 

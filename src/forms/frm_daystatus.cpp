@@ -41,7 +41,7 @@ void frm_daystatus::Show(const QString& code, bool byDriver, const QString& yymm
     setWindowTitle(LoadResString(byDriver ? 633 : 632) + QStringLiteral(" ") + code);
     Label1->setText(QStringLiteral("20%1/%2").arg(yymm.left(2), yymm.mid(2, 2)));
     table_ = {};
-    Guarded(0, [&] { table_ = Day_Status_Grid(*G().DB, code, byDriver, yymm); });
+    Guarded(kErrDayStatus, [&] { table_ = Day_Status_Grid(*G().DB, code, byDriver, yymm); });
     Fill_Grid(Grid1, table_);
 }
 

@@ -15,13 +15,34 @@
 
 namespace vex::forms {
 
+namespace {
+
+// "1: VEX (every table, with its day files)": which installation an option
+// reads, by the folder of its default path, and what it brings.
+QString Option_Text(const Move_Source& s)
+{
+    const QString program = QString::fromLatin1(s.defaultPath).section(QLatin1Char('\\'), -3, -3).toUpper();
+    QStringList missing;
+    for (const QString& t : Package_Tables())
+        if (!s.tables.contains(t))
+            missing << t;
+    QString what = missing.isEmpty() ? Lang_Text(QStringLiteral("모든 표"), QStringLiteral("every table"))
+                                     : Lang_Text(QStringLiteral("%1 없음"), QStringLiteral("without %1"))
+                                           .arg(missing.join(QStringLiteral(", ")));
+    if (s.dayFiles)
+        what += Lang_Text(QStringLiteral(", 운행 파일 포함"), QStringLiteral(", with its day files"));
+    return QStringLiteral("%1: %2 (%3)").arg(s.option).arg(program, what);
+}
+
+} // namespace
+
 frm_dbmove::frm_dbmove(QWidget* parent) : Vex_Form(QString::fromLatin1(kName), parent)
 {
     setWindowTitle(QStringLiteral("기존DB불러오기"));
     SSOption[0] = nullptr;
-    auto* options = new QHBoxLayout;
+    auto* options = new QVBoxLayout;
     for (const Move_Source& s : Move_Sources()) {
-        auto* option = new QRadioButton(QStringLiteral("%1").arg(s.option), this);
+        auto* option = new QRadioButton(Option_Text(s), this);
         option->setObjectName(QStringLiteral("SSOption%1").arg(s.option));
         SSOption[s.option] = option;
         options->addWidget(option);

@@ -68,7 +68,7 @@ frm_overfuel::frm_overfuel(QWidget* parent) : Vex_Form(QString::fromLatin1(kName
     box->addLayout(top, 1);
     box->addLayout(buttons);
 
-    Guarded(0, [&] {
+    Guarded(kErrOverFuel, [&] {
         for (const auto& [shown, month] : Month_List(*G().DB))
             Combo4->addItem(shown, month);
     });
@@ -85,7 +85,7 @@ void frm_overfuel::Query()
     rates.price = Text6->text().toDouble();
     const QString month = Combo4->currentData().toString();
     std::vector<Fuel_Month_Row> rows;
-    Guarded(0, [&] {
+    Guarded(kErrOverFuel, [&] {
         rows = Fuel_Excess_Month(*G().DB, month, rates, G().Config ? G().Config->B_Val12 : 10);
     });
     table_ = Fuel_Month_Table(rows);

@@ -3,6 +3,7 @@
 #include "acquisition/UsbRecorder.h"
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"
+#include "forms/Qt_Language.h"
 #include "forms/Screenshots.h"
 #include "forms/frm_Splash.h"
 #include "platform/AppFolder.h"
@@ -14,6 +15,7 @@
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
+    vex::forms::Install_Qt_Translations(vex::System_Lang());
     QCommandLineParser cli;
     cli.addHelpOption();
     cli.addOption({"app-dir", "The application folder (else $VEX_HOME, else ~/VEX).", "DIR"});

@@ -66,6 +66,10 @@ bool Cls_DB::DB_Connection()
         dialect_ = target_.engine;
         if (target_.engine == Engine::Odbc && db.driver()->dbmsType() == QSqlDriver::PostgreSQL)
             dialect_ = Engine::Postgres;
+        // The server's notices ("relation already exists, skipping") are no
+        // news to a user; warnings and errors still come through.
+        if (dialect_ == Engine::Postgres)
+            QSqlQuery(db).exec(QStringLiteral("SET client_min_messages TO WARNING"));
         state_ = 1;
         open_ = true;
     });
@@ -148,7 +152,7 @@ bool Cls_DB::Begin_Write()
                           || error.contains(QLatin1String("busy"), Qt::CaseInsensitive);
         if (!busy || waited + kTry > Write_Wait_Seconds) {
             lastFailure_ = busy ? LoadResString(5017) : error;
-            Err_Proc(1089, lastFailure_);
+            Err_Proc(kErrWriteLock, lastFailure_);
             return false;
         }
         if (Wait_Notice)
@@ -172,7 +176,7 @@ Cls_DB::Batch::~Batch()
     if (!conn.commit()) {
         const QString error = conn.lastError().text();
         conn.rollback();
-        Guarded(1089, [&] { db_.Engine_Failure(QStringLiteral("commit failed: ") + error); });
+        Guarded(kErrCommit, [&] { db_.Engine_Failure(QStringLiteral("commit failed: ") + error); });
     }
 }
 

@@ -15,24 +15,37 @@ QString Log_Text(const test::TempApp& app)
 }
 } // namespace
 
-TEST(ErrProc, LogsEachHandledErrorWithItsLabelAndIgnoresUnknownCodes)
+TEST(ErrProc, LogsEveryErrorWithItsOwnLabelAndDropsNone)
 {
     test::TempApp app;
     G().App_Dir = app.Dir();
 
     EXPECT_FALSE(Guarded(1088, [] { throw RunTimeError("Invalid use of Null"); }));
     EXPECT_TRUE(Guarded(1088, [] {}));
+    // The keeping, transfer and grid routines have codes of their own.
+    EXPECT_FALSE(Guarded(kErrZip, [] { throw RunTimeError("zip error 19"); }));
+    // A code without a label is written all the same.
     Err_Proc(1000, "below the table");
-    Err_Proc(1165, "above the table");
 
     const QStringList lines = Log_Text(app).split('\n', Qt::SkipEmptyParts);
-    ASSERT_EQ(lines.size(), 1);
+    ASSERT_EQ(lines.size(), 3);
     const QStringList cells = lines[0].split('\t');
     ASSERT_EQ(cells.size(), 4);
     EXPECT_EQ(cells[1], "1088");
     EXPECT_EQ(cells[2], "Cls_Config - DB_Edit");
     EXPECT_EQ(cells[3], "Invalid use of Null");
-    EXPECT_EQ(Err_Last(), "Cls_Config - DB_Edit: Invalid use of Null");
+    EXPECT_EQ(lines[1].split('\t').mid(1), (QStringList{"2016", "Package - Zip", "zip error 19"}));
+    EXPECT_EQ(lines[2].split('\t').mid(1), (QStringList{"1000", "code 1000", "below the table"}));
+    EXPECT_EQ(Err_Last(), "code 1000: below the table");
+
+    // Every code of the program's own block has its own label.
+    QStringList labels;
+    for (int code = kErrOptimise; code <= kErrRegisterCodes; ++code) {
+        const QString label = Err_Label(code);
+        EXPECT_EQ(label.split(" - ").size(), 2) << code;
+        EXPECT_FALSE(labels.contains(label)) << label.toStdString();
+        labels << label;
+    }
 }
 
 TEST(ErrProc, AnUnwritableFolderStillEndsTheProcedureQuietly)

@@ -126,7 +126,7 @@ TEST_F(Agency, RefusalsTheCheckAndTheFolderRule)
     }
     Car("000700", "VERY-LONG-ID-13", "250", "");
     Trip("000700", "000600", "260105");
-    const std::vector<Agency_Note> notes = Agency_Check(db(), "260101", "261231");
+    const std::vector<Agency_Note> notes = Agency_Check(db(), {"운수회사", "1"}, "260101", "261231");
     int unregistered = 0, long_ids = 0, no_file = 0;
     for (const Agency_Note& n : notes) {
         unregistered += n.what.contains("no register row");
@@ -146,4 +146,47 @@ TEST_F(Agency, RefusalsTheCheckAndTheFolderRule)
     EXPECT_EQ(r.folders, 4);
     // Unregistered: model "120", the car code as the vehicle id.
     EXPECT_TRUE(QFile::exists(app.Path("report/1/20260101_000500_00_0000600.TXT")));
+}
+
+TEST_F(Agency, TheCheckNamesWhatStopsTheRunAndEveryLineOffTheLayout)
+{
+    // A Korean plate (three characters of two bytes in CP949), and a model
+    // "250" whose engine reaches 81 x 40 x 4.25 = 13770 rpm, five digits.
+    Car("000300", "서울12가3456", "250", "4.25");
+    Trip("000300", "000400", "260105");
+    Series("D_D7", "000300000400260105", {{600, "15"}});
+    DayFile f{std::vector<uint8_t>(kDayArray, 0), std::vector<uint8_t>(kDayArray, 0), {}};
+    for (int s = 36000; s < 36010; ++s) {
+        f.speed[size_t(s)] = 30;
+        f.engine[size_t(s)] = s < 36003 ? 81 : 10;
+    }
+    QDir().mkpath(app.Path("pack/000300/260105"));
+    Write_Day_File(Local_Path(Day_File_Name("000300", "000400", "260105")), f);
+
+    // Without the company: the check says what the run would say, and stops.
+    std::vector<Agency_Note> notes = Agency_Check(db(), {"", ""}, "260101", "260131");
+    ASSERT_FALSE(notes.empty());
+    EXPECT_TRUE(notes[0].stops);
+    EXPECT_EQ(notes[0].what, "회사명과 사업자번호를 입력하신 후 저장 버튼을 누르세요 !");
+    EXPECT_EQ(Write_Agency_Files(db(), {"", ""}, "260101", "260131").message, notes[0].what);
+    EXPECT_TRUE(Agency_Check(db(), {"운수회사", "1"}, "260201", "260228")[0].stops) << "no rows";
+
+    notes = Agency_Check(db(), {"운수회사", "1"}, "260101", "260131");
+    ASSERT_EQ(notes.size(), 2u);
+    EXPECT_FALSE(notes[0].stops || notes[1].stops);
+    EXPECT_EQ(notes[0].key, "000300000400260105");
+    EXPECT_TRUE(notes[0].what.startsWith("header of 82 bytes instead of 79")) << notes[0].what.toStdString();
+    EXPECT_TRUE(notes[1].what.startsWith("3 of 10 data lines are not 68 characters wide; the first, at 10:00, is 69"))
+        << notes[1].what.toStdString();
+
+    // The files stay as the layout writes them: the check measured them right.
+    const Agency_Result r = Write_Agency_Files(db(), {"운수회사", "1"}, "260101", "260131");
+    ASSERT_TRUE(r.ok);
+    ASSERT_EQ(r.written.size(), 1);
+    QFile written(r.written[0]);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    const QList<QByteArray> lines = written.readAll().split('\n');
+    EXPECT_EQ(lines[0].size(), 82 + 1);
+    EXPECT_EQ(lines[1].size(), 69 + 1);
+    EXPECT_EQ(lines[4].size(), 68 + 1);
 }

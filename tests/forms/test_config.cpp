@@ -130,7 +130,7 @@ TEST_F(ConfigTest, CtrlVOpensTheCompanyCode)
     EXPECT_TRUE(f->TDBText_Config[14]->isHidden());
     QTest::keyClick(f->TDBText_Config[3], Qt::Key_V, Qt::ControlModifier);
     EXPECT_FALSE(f->TDBText_Config[14]->isHidden());
-    EXPECT_EQ(f->TDBText_Config[14]->text(), "") << "the company code is not read back at the login";
+    EXPECT_EQ(f->TDBText_Config[14]->text(), "00000000") << "the company code is read back at the login";
     QTest::keyClick(f->TDBText_Config[1], Qt::Key_V, Qt::ControlModifier);
     EXPECT_TRUE(f->TDBText_Config[14]->isHidden());
 }

@@ -75,14 +75,14 @@ TEST_F(ExcelForms, EveryEventListOfTheAnalysisFormIsAWorkbookOrMessage1135)
     }
     EXPECT_GT(written, 0);
 
-    // No spreadsheet program: the box names the saved file.
+    // No spreadsheet program: the box names the saved file and what to do.
     Set_Excel_Opener([](const QString&) { return false; });
     f->Opt_Report_Type[2]->click();
     f->TDBDate2->setDate(QDate(2026, 1, 31));
     msgs.Clear();
     QTest::mouseClick(f->Command1, Qt::LeftButton);
     if (Rows("SELECT * FROM D_D2") > 0)
-        EXPECT_TRUE(msgs.Last().endsWith("brake_260101_260131.xlsx")) << msgs.Last().toStdString();
+        EXPECT_TRUE(msgs.Last().contains("brake_260101_260131.xlsx\n")) << msgs.Last().toStdString();
 }
 
 TEST_F(ExcelForms, TheDayGridGoesIntoItsTemplateAsItStands)
@@ -117,4 +117,16 @@ TEST_F(ExcelForms, TheDayGridGoesIntoItsTemplateAsItStands)
         }
     EXPECT_EQ(s.Last_Row(), 4 + rows);
     EXPECT_EQ(s.formats.value(QString("L%1").arg(4 + rows)), s.formats.value("L5"));
+}
+
+TEST_F(ExcelForms, AWorkbookNothingCanOpenIsShownWithACopyablePath)
+{
+    Set_Excel_Opener([](const QString&) { return false; });
+    Excel_Result r;
+    r.outcome = Excel_Result::Written;
+    r.path = app.Path("report/carday.xlsx");
+    Excel_Show(r);
+    ASSERT_EQ(msgs.seen.size(), 1u);
+    EXPECT_TRUE(msgs.Last().contains(r.path)) << msgs.Last().toStdString();
+    EXPECT_TRUE(msgs.Last().contains("LibreOffice Calc")) << msgs.Last().toStdString();
 }

@@ -73,6 +73,14 @@ TEST_F(KeepingTest, ExportDeleteImportFromTheTree)
     Click(exp->Cmd_Run);
     EXPECT_EQ(msgs.Last(), "삭제 되었습니다.");
     EXPECT_TRUE(QFile::exists(app.Path("Exp/gui.zip")));
+    // The question said where the package went and what would go, and
+    // Enter would have kept the days.
+    ASSERT_GE(msgs.seen.size(), 2u);
+    const Msg_Record& question = msgs.seen[msgs.seen.size() - 2];
+    EXPECT_TRUE(question.text.contains(QDir::toNativeSeparators(app.Path("exp/gui.zip")))) << question.text.toStdString();
+    EXPECT_TRUE(question.text.contains("2일")) << question.text.toStdString();
+    EXPECT_TRUE(question.text.endsWith("내보낸 데이터를 삭제하시겠읍니까?"));
+    EXPECT_EQ(question.defaultButton, QMessageBox::No);
     EXPECT_EQ(Rows("SELECT * FROM D_D1"), 0);
 
     // Import through frmDB_Main in its second mode: without a file, 1243.
@@ -95,6 +103,9 @@ TEST_F(KeepingTest, ExportDeleteImportFromTheTree)
     msgs.answer = QMessageBox::No;
     Click(del->Cmd_Run);
     EXPECT_EQ(Rows("SELECT * FROM D_D1"), 2);
+    EXPECT_TRUE(msgs.Last().startsWith(LoadResString(1150)));
+    EXPECT_TRUE(msgs.Last().contains("2일 (차량 12AB00, 모든 운전원, 260101 ~ 260131)")) << msgs.Last().toStdString();
+    EXPECT_EQ(msgs.seen.back().defaultButton, QMessageBox::No);
     msgs.answer = QMessageBox::Yes;
     Click(del->Cmd_Run);
     EXPECT_EQ(msgs.Last(), LoadResString(154));
@@ -148,6 +159,10 @@ TEST_F(KeepingTest, OptimiseRekeyRebuildCheckAndMove)
     auto* move = qobject_cast<frm_dbmove*>(Find_Form("frm_dbmove"));
     ASSERT_NE(move, nullptr);
     EXPECT_EQ(move->Text_Path->text(), "c:\\program files\\morix\\vex\\db\\morix.mdb");
+    // Each option says what it reads.
+    EXPECT_EQ(move->SSOption[1]->text(), "1: VEX (모든 표, 운행 파일 포함)");
+    EXPECT_EQ(move->SSOption[2]->text(), "2: VEX (D_D4, D_D9, D_DI 없음)");
+    EXPECT_EQ(move->SSOption[3]->text(), "3: VEX250 (D_D9, D_DI 없음)");
     move->Text_Path->setText(app.Path("old/db/morix.mdb"));
     move->TDBDate1->setDate(QDate(2026, 1, 1));
     Click(move->Cmd_Save);

@@ -16,7 +16,7 @@ field() { dpkg-deb --field "$deb" "$1"; }
 depends=$(field Depends)
 # True when Depends names the package (with or without a version).
 depends_on() { sed 's/ *([^)]*)//g; s/, */\n/g' <<<"$depends" | grep -xF "$1" >/dev/null; }
-for runtime in libqt6sql6-sqlite qt6-qpa-plugins fonts-noto-cjk; do
+for runtime in libqt6sql6-sqlite qt6-qpa-plugins fonts-noto-cjk qt6-translations-l10n; do
   depends_on "$runtime" || fail "Depends lacks $runtime: $depends"
 done
 grep -q '^ Description: office program' <<<"$info" || fail "no description"
