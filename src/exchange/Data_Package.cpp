@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryDir>
 
 namespace vex {
 
@@ -74,24 +75,27 @@ bool Move_Over(const QString& from, const QString& to)
     return QFile::rename(from, to) || (QFile::copy(from, to) && QFile::remove(from));
 }
 
-// One package: unpacked, its database read whole, then written.
+// One package: unpacked, its database read whole, then written. It works in
+// a scratch folder of its own under "\exp", removed whatever happened, and
+// only the entries an import uses are written there: nothing a package holds
+// outlives its import or stands in the way of the next.
 void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_Report& report,
                 const Exchange_Progress& progress)
 {
     const QString exp = App(QStringLiteral("\\exp"));
     QDir().mkpath(exp);
-    const QString db = exp + QStringLiteral("/exp.mdb");
-    // What a package brings replaces what the last one left, and no journal
-    // of an earlier, interrupted use of that file may be played into it.
-    for (const char* side : {"", "-journal", "-wal", "-shm"})
-        QFile::remove(db + QLatin1String(side));
-    const Unzip_Result unzipped = UnZip_Make(zip, exp);
+    const QTemporaryDir scratch(exp + QStringLiteral("/.import-XXXXXX"));
+    if (!scratch.isValid())
+        throw RunTimeError(QStringLiteral("cannot make a scratch folder in ") + exp);
+    const Unzip_Result unzipped = UnZip_Make(zip, scratch.path(), [](const QString& name) {
+        return name == QLatin1String("exp.mdb") || !Day_File_Target(name).isEmpty();
+    });
     if (!unzipped.ok)
         throw RunTimeError(unzipped.error);
     QString error;
     std::unique_ptr<Db_Source> source;
     if (unzipped.names.contains(QStringLiteral("exp.mdb")))
-        source = Db_Source::Open(db, &error);
+        source = Db_Source::Open(scratch.filePath(QStringLiteral("exp.mdb")), &error);
     else
         error = QStringLiteral("the package holds no exp.mdb: ") + QFileInfo(zip).fileName();
     if (!source)
@@ -105,20 +109,16 @@ void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_R
         read.push_back(source->Read(t));
     source.reset();
     for (const QString& name : unzipped.names) {
-        if (!name.toUpper().endsWith(QLatin1String("VEX")))
-            continue;
         const QString target = Day_File_Target(name);
-        if (!target.isEmpty() && Move_Over(QDir(exp).filePath(name), target))
+        if (!target.isEmpty() && Move_Over(scratch.filePath(name), target))
             report.files << target;
     }
     for (size_t i = 0; i < read.size(); ++i) {
         if (progress)
             progress(tables[int(i)], 0, int(read[i].rows.size()));
-        const int n = Copy_Rows(live, tables[int(i)], read[i], progress);
+        const int n = Copy_Rows(live, tables[int(i)], read[i], progress, &report.refused);
         report.tables.emplace_back(tables[int(i)], n);
     }
-    // The package's own folders are spent.
-    QDir(QDir(exp).filePath(QStringLiteral("pack"))).removeRecursively();
 }
 
 // The export database is empty and of the live one's kind: the engine copies
