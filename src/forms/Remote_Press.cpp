@@ -57,8 +57,8 @@ void Remote_Press(QWidget* parent)
             return Exchange_Report{};
         });
     }
-    if (!out.kept.isEmpty())
-        Msg_Box(out.kept.join(QLatin1Char('\n')), QMessageBox::Warning);
+    if (!out.refused.isEmpty() || !out.kept.isEmpty())
+        Msg_Box((out.refused + out.kept).join(QLatin1Char('\n')), QMessageBox::Warning);
 }
 
 } // namespace vex::forms
