@@ -13,6 +13,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <cerrno>
+#include <csignal>
+#include <unistd.h>
 
 namespace vex {
 
@@ -75,6 +78,18 @@ bool Move_Over(const QString& from, const QString& to)
     return QFile::rename(from, to) || (QFile::copy(from, to) && QFile::remove(from));
 }
 
+// The scratch folders of imports in "\exp": ".import-<process>-XXXXXX".
+// Those of a process that is gone (killed half way) are removed; a running
+// one's stay.
+void Remove_Stale_Scratch(const QString& exp)
+{
+    for (const QString& name : QDir(exp).entryList({QStringLiteral(".import-*")}, QDir::Dirs | QDir::Hidden)) {
+        const pid_t owner = pid_t(name.section(QLatin1Char('-'), 1, 1).toLongLong());
+        if (owner > 0 && kill(owner, 0) != 0 && errno == ESRCH)
+            QDir(QDir(exp).filePath(name)).removeRecursively();
+    }
+}
+
 // One package: unpacked, its database read whole, then written. It works in
 // a scratch folder of its own under "\exp", removed whatever happened, and
 // only the entries an import uses are written there: nothing a package holds
@@ -84,7 +99,8 @@ void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_R
 {
     const QString exp = App(QStringLiteral("\\exp"));
     QDir().mkpath(exp);
-    const QTemporaryDir scratch(exp + QStringLiteral("/.import-XXXXXX"));
+    Remove_Stale_Scratch(exp);
+    const QTemporaryDir scratch(exp + QStringLiteral("/.import-%1-XXXXXX").arg(getpid()));
     if (!scratch.isValid())
         throw RunTimeError(QStringLiteral("cannot make a scratch folder in ") + exp);
     const Unzip_Result unzipped = UnZip_Make(zip, scratch.path(), [](const QString& name) {

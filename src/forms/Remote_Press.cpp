@@ -57,8 +57,9 @@ void Remote_Press(QWidget* parent)
             return Exchange_Report{};
         });
     }
-    if (!out.refused.isEmpty() || !out.kept.isEmpty())
-        Msg_Box((out.refused + out.kept).join(QLatin1Char('\n')), QMessageBox::Warning);
+    const QStringList wrong = out.refused + out.kept + out.rowsRefused;
+    if (!wrong.isEmpty())
+        Msg_Box(wrong.join(QLatin1Char('\n')), QMessageBox::Warning);
 }
 
 } // namespace vex::forms

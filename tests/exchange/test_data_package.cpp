@@ -337,9 +337,16 @@ TEST_F(Keeping, HostilePackagesLeaveExpCleanAndTheDatabaseAsItWas)
     EXPECT_EQ(Dump_All(), before);
     EXPECT_EQ(QDir(site + "/Exp").entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), expBefore);
 
-    // What a killed export or backup left of its package goes with the next.
+    // What a killed export or backup left of its package goes with the
+    // next, a killed import's scratch folder with the next import; a running
+    // import's folder stays.
     for (const char* left : {"/Exp/260101260131.zip.part", "/Exp/good.zip.part.Ab12Cd"})
         QFile(site + left).open(QIODevice::WriteOnly);
+    ASSERT_TRUE(QDir().mkpath(site + "/Exp/.import-999999999-AbCdEf/pack"));
+    ASSERT_TRUE(QDir().mkpath(site + "/Exp/.import-1-AbCdEf"));
+    ASSERT_TRUE(Import_Package(db(), site + "/Exp/good.zip").ok);
+    EXPECT_FALSE(QFileInfo::exists(site + "/Exp/.import-999999999-AbCdEf"));
+    EXPECT_TRUE(QDir().rmdir(site + "/Exp/.import-1-AbCdEf")) << "process 1 is running";
     ASSERT_TRUE(Export_Package(db(), {"260101", "260131"}, "good").ok);
     EXPECT_EQ(QDir(site + "/Exp").entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), expBefore);
 }

@@ -189,6 +189,13 @@ TEST_F(Remote, BadFilesHoldBackNeitherTheGoodOnesNorTheNextRun)
     }
     app.Write_File("garbage", QByteArray(3000, 'G'));
     ASSERT_TRUE(QFile::rename(app.Path("garbage"), folder + "/garbage.zip"));
+    // A Jet file with a page the library loops on (2 KiB pages, page 47).
+    {
+        QFile jet(VEX_TEST_DATA "/jet3.mdb");
+        ASSERT_TRUE(jet.open(QIODevice::ReadOnly));
+        app.Write_File("loop", jet.readAll().replace(47 * 2048, 2048, QByteArray(2048, '\xff')));
+        ASSERT_TRUE(QFile::rename(app.Path("loop"), folder + "/loop.mdb"));
+    }
     // A file the server sends at 2 bytes a second (by its name).
     ASSERT_TRUE(QFile::copy(folder + "/good1.zip", folder + "/trickle.zip"));
     // Names that can't be fetched or stored: control characters, too long
@@ -222,8 +229,11 @@ TEST_F(Remote, BadFilesHoldBackNeitherTheGoodOnesNorTheNextRun)
         EXPECT_EQ(Trips(), 2);
         if (run == 1) {
             EXPECT_EQ(out.loaded, (QStringList{"good1.zip", "good2.zip"}));
+            EXPECT_EQ(out.kept.size(), 1);
+            EXPECT_TRUE(said.contains("loop.mdb: ")) << "set aside";
         } else {
             EXPECT_TRUE(out.loaded.isEmpty());
+            EXPECT_TRUE(out.kept.isEmpty()) << "not tried again";
         }
         EXPECT_TRUE(out.loadingRan);
         EXPECT_EQ(out.refused.size(), 3);
