@@ -159,8 +159,8 @@ QString Remote_Name_Refusal(const QString& name)
         return QStringLiteral("the name is not in UTF-8");
     // A leading ':' would make a path of the program's resources; a leading
     // '.' a hidden file such as the list of received files.
-    if (name.startsWith(QLatin1Char(':')) || name.startsWith(QLatin1Char('.')) || name.contains(QLatin1Char('/')) || name.contains(QLatin1Char('\\'))
-        || name.contains(QLatin1String("..")) || name.endsWith(QLatin1String(".part")))
+    if (name.startsWith(QLatin1Char(':')) || name.startsWith(QLatin1Char('.')) || name.contains(QLatin1Char('/'))
+        || name.contains(QLatin1Char('\\')) || name.contains(QLatin1String("..")) || name.endsWith(QLatin1String(".part")))
         return QStringLiteral("not a plain file name");
     // The download's hidden ".<name>.part" must be a file name too.
     if (name.toUtf8().size() + 6 > 255)

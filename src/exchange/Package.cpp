@@ -1,5 +1,7 @@
 #include "exchange/Package.h"
 
+#include "core/Printable.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -125,14 +127,14 @@ Unzip_Result UnZip_Make(const QString& zipPath, const QString& destDir, const st
         }
         const QString name = QString::fromUtf8(st.name);
         if (!Safe_Entry_Name(name)) {
-            r.error = QStringLiteral("entry refused, it points outside the folder: ") + name;
+            r.error = QStringLiteral("entry refused, it points outside the folder: ") + Printable(name, 80);
             return r;
         }
         zip_uint8_t opsys = 0;
         zip_uint32_t attributes = 0;
         if (zip_file_get_external_attributes(z.get(), zip_uint64_t(i), 0, &opsys, &attributes) == 0
             && opsys == ZIP_OPSYS_UNIX && S_ISLNK(attributes >> 16)) {
-            r.error = QStringLiteral("entry refused, it is a link: ") + name;
+            r.error = QStringLiteral("entry refused, it is a link: ") + Printable(name, 80);
             return r;
         }
         if (name.endsWith(QLatin1Char('/')) || (wanted && !wanted(name)))

@@ -7,6 +7,7 @@
 #include "exchange/Package.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
+#include "support/HandZip.h"
 #include "support/ReceivedSite.h"
 
 #include <QCryptographicHash>
@@ -19,7 +20,6 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <memory>
-#include <zip.h>
 
 using namespace vex;
 
@@ -78,21 +78,6 @@ protected:
 };
 
 const QString kTrip = test::kSiteCar + test::kSiteDriver;
-
-// A package as another program may write one: any names, any bytes.
-bool Raw_Zip(const QString& path, const std::vector<std::pair<QByteArray, QByteArray>>& entries)
-{
-    int code = 0;
-    zip_t* z = zip_open(QFile::encodeName(path).constData(), ZIP_CREATE | ZIP_TRUNCATE, &code);
-    if (!z)
-        return false;
-    for (const auto& [name, bytes] : entries) {
-        zip_source_t* src = zip_source_buffer(z, bytes.constData(), zip_uint64_t(bytes.size()), 0);
-        if (!src || zip_file_add(z, name.constData(), src, ZIP_FL_ENC_RAW) < 0)
-            return zip_discard(z), false;
-    }
-    return zip_close(z) == 0;
-}
 
 QByteArray Read_All(const QString& path)
 {
@@ -276,14 +261,14 @@ TEST_F(Keeping, HostilePackagesLeaveExpCleanAndTheDatabaseAsItWas)
     // Folders where the export's database and its work files go, a file
     // where the day files go; junk of every kind beside.
     const QString blocking = tmp.path() + "/blocking.zip";
-    ASSERT_TRUE(Raw_Zip(blocking, {{"exp.mdb", expMdb},
-                                   {"exp.mdb-journal/x", "j"},
-                                   {"exp.mdb-wal/x", "w"},
-                                   {"pack", "a file"},
-                                   {"zeros.bin", QByteArray(10 << 20, '\0')},
-                                   {"ctl\x01\x1b[2Jname", "c"},
-                                   {"nested.zip", Read_All(site + "/Exp/good.zip")},
-                                   {"pack/12AB00/260105/260105000123.vex", dayFile}}));
+    test::Hand_Zip(blocking, {{"exp.mdb", expMdb},
+                              {"exp.mdb-journal/x", "j"},
+                              {"exp.mdb-wal/x", "w"},
+                              {"pack", "a file"},
+                              {"zeros.bin", QByteArray(10 << 20, '\0')},
+                              {"ctl\x01\x1b[2Jname", "c"},
+                              {"nested.zip", Read_All(site + "/Exp/good.zip")},
+                              {"pack/12AB00/260105/260105000123.vex", dayFile}});
     for (int run = 0; run < 2; ++run) {
         const Exchange_Report in = Import_Package(db(), blocking);
         EXPECT_TRUE(in.ok) << in.message.toStdString();
@@ -329,7 +314,7 @@ TEST_F(Keeping, HostilePackagesLeaveExpCleanAndTheDatabaseAsItWas)
     std::vector<std::pair<QByteArray, QByteArray>> many{{"exp.mdb", expMdb}};
     for (int i = 0; i < 70000; ++i)
         many.emplace_back("f" + QByteArray::number(i), QByteArray());
-    ASSERT_TRUE(Raw_Zip(tmp.path() + "/many.zip", many));
+    test::Hand_Zip(tmp.path() + "/many.zip", many);
     db().Execute("DELETE * FROM D_D1 WHERE D_F1 = '12AB00000123260109'");
     const Exchange_Report refused = Import_Package(db(), tmp.path() + "/many.zip");
     EXPECT_FALSE(refused.ok);
