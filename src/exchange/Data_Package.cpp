@@ -181,6 +181,11 @@ bool Empty_Export_Db(QString* error)
 {
     const QString path = Export_Db_Path();
     QDir().mkpath(QFileInfo(path).absolutePath());
+    // Imports once unpacked packages right here: a folder one left where the
+    // database or its work files go would stop every export.
+    for (const char* side : {"", "-journal", "-wal", "-shm"})
+        if (QFileInfo(path + QLatin1String(side)).isDir())
+            QDir(path + QLatin1String(side)).removeRecursively();
     // Missing, or left by an imported package of another kind: the empty
     // template takes its place.
     if (Db_File_Kind_Of(path) != Db_File_Kind::Sqlite) {

@@ -276,7 +276,9 @@ TEST_F(Keeping, HostilePackagesLeaveExpCleanAndTheDatabaseAsItWas)
         EXPECT_EQ(Dump_All(), before);
     }
     EXPECT_EQ(Read_All(site + "/pack/12AB00/260105/260105000123.vex"), dayFile) << "the one entry of use arrived";
-    // Exports and imports go on as before.
+    // Exports and imports go on as before, also over what an import of an
+    // older version left.
+    ASSERT_TRUE(QDir().mkpath(site + "/Exp/exp.mdb-journal/x"));
     ASSERT_TRUE(Export_Package(db(), {"260101", "260131"}, "after").ok);
     ASSERT_TRUE(Import_Package(db(), site + "/Exp/after.zip").ok);
     QFile::remove(site + "/Exp/after.zip");
