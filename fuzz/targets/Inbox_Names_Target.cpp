@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
+#include <filesystem>
 
 namespace vex::fuzz {
 
@@ -78,7 +79,9 @@ void Check_Paths(Sandbox& box, const QString& root, const QString& name, const D
     // Above the folder, or beside it under a longer name, is outside; the
     // root of the file system has nothing above or beside it, and a climb
     // back into a root of the log's own name ends inside.
-    const QString clean = QDir::cleanPath(QFileInfo(root).absoluteFilePath());
+    // "/.." is the root as well: nothing climbs above it.
+    const QString clean = QDir::cleanPath(QString::fromStdString(
+        std::filesystem::path(QFileInfo(root).absoluteFilePath().toStdString()).lexically_normal().string()));
     if (clean == QLatin1String("/") || QFileInfo(clean).fileName() == name)
         return;
     for (const QString& path : {App_Path(root, QStringLiteral("\\new\\..\\..\\") + name), clean + QStringLiteral("2/") + name})
