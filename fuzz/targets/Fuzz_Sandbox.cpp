@@ -99,6 +99,13 @@ Sandbox::Sandbox(Fault_Sink sink) : sink_(std::move(sink)), cwd_(QDir::currentPa
     if (!Load_Settings(*G().DB, *G().Config, G()))
         Fault(QStringLiteral("the settings of the memory database could not be loaded"));
 
+    pristine_ = std::make_unique<QTemporaryDir>(Memory_Folder() + QStringLiteral("/vex-fuzz-pristine-XXXXXX"));
+    std::error_code copied;
+    fs::copy(app_.toStdString(), (pristine_->path() + QStringLiteral("/app")).toStdString(),
+             fs::copy_options::recursive | fs::copy_options::copy_symlinks, copied);
+    if (!pristine_->isValid() || copied)
+        Fault(QStringLiteral("no copy of the application folder under ") + pristine_->path());
+
     inotify_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     for (const QString& level : std::as_const(levels_))
         Watch(level);
@@ -205,11 +212,17 @@ std::vector<QString> Sandbox::Created()
 // application folder goes.
 bool Sandbox::Check_And_Clear_Files()
 {
-    bool left = false;
+    bool left = false, restored = false;
     const QString log = Err_Log_Path();
     for (const QString& path : Created()) {
-        if (baseline_.contains(path) || levels_.contains(path) || path == app_)
+        if (levels_.contains(path) || path == app_)
             continue;
+        if (baseline_.contains(path)) {
+            // Made anew by the input: as it was, whatever it is now.
+            Restore(path);
+            restored = true;
+            continue;
+        }
         std::error_code ec;
         if (!fs::exists(fs::symlink_status(path.toStdString(), ec)))
             continue; // made and removed again by the input, or gone with its folder
@@ -219,7 +232,27 @@ bool Sandbox::Check_And_Clear_Files()
         fs::remove_all(path.toStdString(), ec);
     }
     written_.clear();
+    if (restored)
+        Created(); // the restore's own events
     return left;
+}
+
+void Sandbox::Restore(const QString& path)
+{
+    const std::string from = (pristine_->path() + QStringLiteral("/app") + path.mid(app_.size())).toStdString();
+    std::error_code ec;
+    if (!fs::exists(fs::symlink_status(from, ec)))
+        return; // a file the harness keeps, not the application's
+    fs::remove_all(path.toStdString(), ec);
+    fs::copy(from, path.toStdString(), fs::copy_options::recursive | fs::copy_options::copy_symlinks, ec);
+    if (ec)
+        Fault(QStringLiteral("cannot put back ") + path);
+    if (!fs::is_directory(fs::symlink_status(path.toStdString(), ec)))
+        return;
+    Watch(path);
+    for (const fs::directory_entry& e : fs::recursive_directory_iterator(path.toStdString(), ec))
+        if (e.is_directory() && !e.is_symlink())
+            Watch(QString::fromStdString(e.path().string()));
 }
 
 qint64 Sandbox::Changes()

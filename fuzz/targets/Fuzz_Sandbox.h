@@ -9,7 +9,9 @@
 // outside the application folder and a day row whose key isn't car, driver
 // and day (six hexadecimal characters, six more, six digits) are faults.
 // Then it removes what the input wrote, in the folder and in the database,
-// so that every input starts from the same empty application. The folders
+// and puts back from a copy made at the start what it replaced (a file of
+// the started application made a folder, or made anew), so that every input
+// starts from the same empty application. The folders
 // are watched (inotify), so that an input that wrote nothing costs no walk
 // over them.
 #include <QByteArray>
@@ -60,12 +62,15 @@ private:
     // of the sandbox when the watch lost count.
     std::vector<QString> Created();
     bool Check_And_Clear_Files();
+    // A path of the started application as it was, from the copy.
+    void Restore(const QString& path);
     bool Check_And_Clear_Rows();
     qint64 Changes();
 
     Fault_Sink sink_;
     QString cwd_;
     std::unique_ptr<QTemporaryDir> tmp_;
+    std::unique_ptr<QTemporaryDir> pristine_; // the started application folder, copied
     QString root_, app_;
     QSet<QString> levels_;   // the folders from the private root down to the application folder's parent
     QSet<QString> baseline_; // what the application folder holds when started

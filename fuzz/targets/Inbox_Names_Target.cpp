@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <algorithm>
+#include <filesystem>
 
 namespace vex::fuzz {
 
@@ -65,6 +66,9 @@ void Check_Codes(Sandbox& box, const QString& s)
 // Paths the inbox makes of a good name stay under the folder they are made under.
 void Check_Paths(Sandbox& box, const QString& root, const QString& name, const Dat130_Name& parsed)
 {
+    // The program always works in a named folder; an empty root is none.
+    if (root.isEmpty())
+        return;
     const QString log = App_Path(root, QStringLiteral("\\new\\") + name);
     const QStringList inside = {log, Filing_Note_Path(log),
                                 App_Path(root, Day_File_Name(parsed.car, QStringLiteral("000123"), parsed.day)),
@@ -73,11 +77,12 @@ void Check_Paths(Sandbox& box, const QString& root, const QString& name, const D
         if (!Inside_Folder(root, path))
             box.Fault(QStringLiteral("'%1' is not inside '%2'").arg(path, root));
     // Above the folder, or beside it under a longer name, is outside; the
-    // root of the file system has nothing above or beside it, an empty root
-    // names no folder, and a climb back into a root of the log's own name
-    // ends inside.
-    const QString clean = QDir::cleanPath(QFileInfo(root).absoluteFilePath());
-    if (clean.isEmpty() || clean == QLatin1String("/") || QFileInfo(clean).fileName() == name)
+    // root of the file system has nothing above or beside it, and a climb
+    // back into a root of the log's own name ends inside.
+    // "/.." is the root as well: nothing climbs above it.
+    const QString clean = QDir::cleanPath(QString::fromStdString(
+        std::filesystem::path(QFileInfo(root).absoluteFilePath().toStdString()).lexically_normal().string()));
+    if (clean == QLatin1String("/") || QFileInfo(clean).fileName() == name)
         return;
     for (const QString& path : {App_Path(root, QStringLiteral("\\new\\..\\..\\") + name), clean + QStringLiteral("2/") + name})
         if (Inside_Folder(root, path))

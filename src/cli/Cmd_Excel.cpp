@@ -8,6 +8,7 @@
 #include "reports/Excel_Grid.h"
 #include "store/Cls_DB.h"
 
+#include <QFileInfo>
 #include <map>
 
 namespace vex::cli {
@@ -95,6 +96,11 @@ int Cmd_Excel(Context& ctx)
     const bool oneOfThem = name != QLatin1String("daystatus2") || sel.car.size() == 6 || sel.driver.size() == 6;
     if (!ok || !oneOfThem)
         return Usage_Error(ctx, QStringLiteral("wrong words for excel ") + name);
+    // A workbook goes into a folder that is there, as every other output.
+    if (!out.isEmpty() && !QFileInfo(QFileInfo(out).absolutePath()).isDir()) {
+        ctx.err << "vexcli: cannot write " << out << "\n";
+        return 2;
+    }
     if (!Start_App(ctx) || !Load_App_Settings(ctx))
         return 2;
 

@@ -3,6 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/Graph_Output.h"
 
+#include "acquisition/Inbox_Names.h"
 #include "analysis/Fuel.h"
 #include "analysis/Status_Grids.h"
 #include "core/Cls_Config.h"
@@ -10,6 +11,8 @@
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
 #include "store/Cls_DB.h"
+
+#include <cmath>
 
 namespace vex::cli {
 
@@ -39,7 +42,7 @@ int Cmd_Fuel(Context& ctx)
     const QString kind = args.isEmpty() ? QString() : args.takeFirst();
     Fuel_Rates rates;
     if (kind == QLatin1String("day")) {
-        if (args.size() != 1 || args[0].size() != 6 || !All_Digits(args[0]))
+        if (args.size() != 1 || !Is_Day(args[0]))
             return Usage_Error(ctx, QStringLiteral("fuel day takes YYMMDD"));
     } else if (kind == QLatin1String("month")) {
         bool ok = true, okSpeed = false, okPrice = false;
@@ -50,6 +53,9 @@ int Cmd_Fuel(Context& ctx)
         ok = r.size() == 4;
         for (int i = 0; ok && i < 4; ++i)
             *into[i] = r[i].toDouble(&ok);
+        // A price or a rate is an amount: never below zero, never endless.
+        for (const double amount : {rates.price, rates.over, rates.accel, rates.idle, rates.brake})
+            ok = ok && std::isfinite(amount) && amount >= 0;
         if (!ok || !okSpeed || !okPrice || args.size() != 1 || args[0].size() != 4 || !All_Digits(args[0]))
             return Usage_Error(ctx, QStringLiteral("wrong words for fuel month"));
     } else {

@@ -35,8 +35,10 @@ int Report(Context& ctx, const Exchange_Report& r)
         ctx.out << table << " " << rows << "\n";
     if (!r.files.isEmpty())
         ctx.out << "day files " << r.files.size() << "\n";
+    for (const QString& row : r.refused)
+        ctx.out << "refused row " << row << "\n";
     ctx.out << r.message << "\n";
-    return r.ok ? 0 : 1;
+    return r.ok && r.refused.isEmpty() ? 0 : 1;
 }
 
 bool Days(Context& ctx, const QString& from, const QString& to)
@@ -87,9 +89,13 @@ int Export_Cmd(Context& ctx)
     const QString out = Option(ctx.args, "--out");
     const QString name = out.isEmpty() ? s.from + s.to : QFileInfo(out).completeBaseName();
     Exchange_Report r = Export_Package(*G().DB, s, name, Printer(ctx));
-    if (r.ok && !out.isEmpty()) {
+    // The package goes to FILE alone: no second copy waits in "\exp", where
+    // it would look like any other package, written or not.
+    if (r.ok && !out.isEmpty() && QFileInfo(out).absoluteFilePath() != QFileInfo(r.message).absoluteFilePath()) {
         QFile::remove(out);
-        if (!QFile::copy(r.message, out)) {
+        const bool written = QFile::copy(r.message, out);
+        QFile::remove(r.message);
+        if (!written) {
             ctx.err << "vexcli: cannot write " << out << "\n";
             return 1;
         }

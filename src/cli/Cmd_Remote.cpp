@@ -20,15 +20,20 @@ int Cmd_Remote(Context& ctx)
     });
     for (const QString& n : out.passedOver)
         ctx.out << "passed over " << n << "\n";
+    for (const QString& n : out.refused)
+        ctx.out << "left on the server " << n << "\n";
     for (const QString& m : out.messages)
         ctx.out << m << "\n";
     for (const QString& f : out.loaded)
         ctx.out << "loaded " << f << "\n";
     for (const QString& f : out.kept)
-        ctx.out << "kept " << f << "\n";
+        ctx.out << "set aside " << f << "\n";
+    for (const QString& row : out.rowsRefused)
+        ctx.out << "refused row " << row << "\n";
     ctx.out << out.downloaded.size() << " file(s) fetched, " << out.loaded.size() << " loaded\n";
-    // A failed connection or download, or a file that stays, is no success.
-    const bool failed = !out.kept.isEmpty() || out.messages.contains(QStringLiteral("연결실패"))
+    // A failed connection or download, a damaged file or one set aside is no
+    // success.
+    const bool failed = !out.kept.isEmpty() || !out.refused.isEmpty() || !out.rowsRefused.isEmpty() || out.messages.contains(QStringLiteral("연결실패"))
                         || std::any_of(out.messages.begin(), out.messages.end(),
                                        [](const QString& m) { return m.startsWith(QStringLiteral("연결실패 (")); });
     return failed ? 1 : 0;

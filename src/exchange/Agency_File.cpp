@@ -253,7 +253,7 @@ QString Agency_Engine_Text(int engineByte, float factor)
 Agency_Identity Load_Agency_Identity(Cls_DB& db)
 {
     Agency_Identity id;
-    Guarded(1089, [&] {
+    Guarded(kErrAgencyIdentity, [&] {
         Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D14"));
         if (rs.RecordCount() < 1)
             return;
@@ -272,7 +272,7 @@ bool Save_Agency_Identity(Cls_DB& db, const Agency_Identity& id, QString* messag
             *message = QStringLiteral("회사명과 사업자번호를 입력하세요");
         return false;
     }
-    const bool ok = Guarded(1089, [&] {
+    const bool ok = Guarded(kErrAgencyIdentity, [&] {
         Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D14"));
         if (rs.RecordCount() < 1)
             rs.AddNew();
@@ -294,7 +294,7 @@ std::vector<Agency_Note> Agency_Check(Cls_DB& db, const Agency_Identity& id, con
     if (from > to)
         notes.push_back({{}, LoadResString(1169), true});
     const QString business = Zero_Pad(id.business, 10);
-    const bool ok = Guarded(1089, [&] {
+    const bool ok = Guarded(kErrAgencyCheck, [&] {
         Recordset rs = db.DB_RSet_D_D(
             QStringLiteral("SELECT * FROM D_D1 where (RIGHT(D_F1,6)) >= ? AND (RIGHT(D_F1,6)) <= ?"), {from, to});
         if (from <= to && rs.RecordCount() < 1)
@@ -363,7 +363,7 @@ Agency_Result Write_Agency_Files(Cls_DB& db, const Agency_Identity& id, const QS
         r.message = LoadResString(1169);
         return r;
     }
-    const bool ok = Guarded(1089, [&] {
+    const bool ok = Guarded(kErrAgency, [&] {
         Recordset rs = db.DB_RSet_D_D(
             QStringLiteral("SELECT * FROM D_D1 where (RIGHT(D_F1,6)) >= ? AND (RIGHT(D_F1,6)) <= ?"), {from, to});
         if (rs.RecordCount() < 1) {

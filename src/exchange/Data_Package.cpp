@@ -12,6 +12,10 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryDir>
+#include <cerrno>
+#include <csignal>
+#include <unistd.h>
 
 namespace vex {
 
@@ -74,24 +78,40 @@ bool Move_Over(const QString& from, const QString& to)
     return QFile::rename(from, to) || (QFile::copy(from, to) && QFile::remove(from));
 }
 
-// One package: unpacked, its database read whole, then written.
+// The scratch folders of imports in "\exp": ".import-<process>-XXXXXX".
+// Those of a process that is gone (killed half way) are removed; a running
+// one's stay.
+void Remove_Stale_Scratch(const QString& exp)
+{
+    for (const QString& name : QDir(exp).entryList({QStringLiteral(".import-*")}, QDir::Dirs | QDir::Hidden)) {
+        const pid_t owner = pid_t(name.section(QLatin1Char('-'), 1, 1).toLongLong());
+        if (owner > 0 && kill(owner, 0) != 0 && errno == ESRCH)
+            QDir(QDir(exp).filePath(name)).removeRecursively();
+    }
+}
+
+// One package: unpacked, its database read whole, then written. It works in
+// a scratch folder of its own under "\exp", removed whatever happened, and
+// only the entries an import uses are written there: nothing a package holds
+// outlives its import or stands in the way of the next.
 void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_Report& report,
                 const Exchange_Progress& progress)
 {
     const QString exp = App(QStringLiteral("\\exp"));
     QDir().mkpath(exp);
-    const QString db = exp + QStringLiteral("/exp.mdb");
-    // What a package brings replaces what the last one left, and no journal
-    // of an earlier, interrupted use of that file may be played into it.
-    for (const char* side : {"", "-journal", "-wal", "-shm"})
-        QFile::remove(db + QLatin1String(side));
-    const Unzip_Result unzipped = UnZip_Make(zip, exp);
+    Remove_Stale_Scratch(exp);
+    const QTemporaryDir scratch(exp + QStringLiteral("/.import-%1-XXXXXX").arg(getpid()));
+    if (!scratch.isValid())
+        throw RunTimeError(QStringLiteral("cannot make a scratch folder in ") + exp);
+    const Unzip_Result unzipped = UnZip_Make(zip, scratch.path(), [](const QString& name) {
+        return name == QLatin1String("exp.mdb") || !Day_File_Target(name).isEmpty();
+    });
     if (!unzipped.ok)
         throw RunTimeError(unzipped.error);
     QString error;
     std::unique_ptr<Db_Source> source;
     if (unzipped.names.contains(QStringLiteral("exp.mdb")))
-        source = Db_Source::Open(db, &error);
+        source = Db_Source::Open(scratch.filePath(QStringLiteral("exp.mdb")), &error);
     else
         error = QStringLiteral("the package holds no exp.mdb: ") + QFileInfo(zip).fileName();
     if (!source)
@@ -105,20 +125,16 @@ void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_R
         read.push_back(source->Read(t));
     source.reset();
     for (const QString& name : unzipped.names) {
-        if (!name.toUpper().endsWith(QLatin1String("VEX")))
-            continue;
         const QString target = Day_File_Target(name);
-        if (!target.isEmpty() && Move_Over(QDir(exp).filePath(name), target))
+        if (!target.isEmpty() && Move_Over(scratch.filePath(name), target))
             report.files << target;
     }
     for (size_t i = 0; i < read.size(); ++i) {
         if (progress)
             progress(tables[int(i)], 0, int(read[i].rows.size()));
-        const int n = Copy_Rows(live, tables[int(i)], read[i], progress);
+        const int n = Copy_Rows(live, tables[int(i)], read[i], progress, &report.refused);
         report.tables.emplace_back(tables[int(i)], n);
     }
-    // The package's own folders are spent.
-    QDir(QDir(exp).filePath(QStringLiteral("pack"))).removeRecursively();
 }
 
 // The export database is empty and of the live one's kind: the engine copies
@@ -126,7 +142,7 @@ void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_R
 void Export_In_Engine(Cls_DB& live, const Selection& s, Exchange_Report& r, const Exchange_Progress& progress)
 {
     live.Execute(QStringLiteral("ATTACH DATABASE ? AS exp"), {Export_Db_Path()});
-    const bool ok = Guarded(1089, [&] {
+    const bool ok = Guarded(kErrExport, [&] {
         int step = 0;
         for (const QString& t : Package_Tables()) {
             auto [sql, values] = Selection_Where(t, s);
@@ -165,13 +181,18 @@ bool Empty_Export_Db(QString* error)
 {
     const QString path = Export_Db_Path();
     QDir().mkpath(QFileInfo(path).absolutePath());
+    // Imports once unpacked packages right here: a folder one left where the
+    // database or its work files go would stop every export.
+    for (const char* side : {"", "-journal", "-wal", "-shm"})
+        if (QFileInfo(path + QLatin1String(side)).isDir())
+            QDir(path + QLatin1String(side)).removeRecursively();
     // Missing, or left by an imported package of another kind: the empty
     // template takes its place.
     if (Db_File_Kind_Of(path) != Db_File_Kind::Sqlite) {
         QFile::remove(path);
         QFile::copy(App(QStringLiteral("\\db_temp\\morix.mdb")), path);
     }
-    const bool ok = Guarded(1089, [&] {
+    const bool ok = Guarded(kErrExportDb, [&] {
         DbTarget target = Parse_DB_Server(path, G().App_Dir);
         Cls_DB exp(target);
         if (exp.DB_State() != 1)
@@ -192,7 +213,7 @@ Exchange_Report Export_Package(Cls_DB& live, const Selection& s, const QString& 
         return Refused(error);
     const QString exp = App(QStringLiteral("\\exp"));
     const QString copy = exp + QLatin1Char('/') + name + QStringLiteral(".mdb");
-    const bool ok = Guarded(1089, [&] {
+    const bool ok = Guarded(kErrExport, [&] {
         const Source_Table trips = Select_Rows(live, QStringLiteral("D_D1"), s);
         if (live.Target().engine == Engine::Sqlite)
             Export_In_Engine(live, s, r, progress);
@@ -225,7 +246,7 @@ Exchange_Report Delete_Selection(Cls_DB& live, const Selection& s, const Exchang
     Exchange_Report r;
     // One transaction: a delete cut short (a failure, a killed process)
     // leaves every table as it was, never some tables emptied and others not.
-    r.ok = Guarded(1089, [&] {
+    r.ok = Guarded(kErrDelete, [&] {
         Cls_DB::Transaction all(live);
         int step = 0;
         for (const QString& t : Day_Tables()) {
@@ -261,7 +282,7 @@ Exchange_Report Import_Package(Cls_DB& live, const QString& zipOrFolder, bool wi
     }
     QStringList failed;
     for (const QString& zip : packages)
-        if (!Guarded(1089, [&] { Import_One(live, zip, withSiteTable, r, progress); }))
+        if (!Guarded(kErrImport, [&] { Import_One(live, zip, withSiteTable, r, progress); }))
             failed << QFileInfo(zip).fileName() + QStringLiteral(": ") + Err_Last();
     r.ok = failed.isEmpty();
     r.message = r.ok ? QStringLiteral("완료") : failed.join(QLatin1Char('\n'));
@@ -292,7 +313,7 @@ Exchange_Report Rekey(Cls_DB& live, const QString& car, const QString& driver, c
     static const QStringList order{"D_D1", "D_D7", "D_D8", "D_D3", "D_DI", "D_D6", "D_D2", "D_D4", "D_D9"};
     // The rows and the list of renames commit together or not at all; the
     // files follow the committed rows, now or at the next start.
-    r.ok = Guarded(1089, [&] {
+    r.ok = Guarded(kErrRekey, [&] {
         live.Ensure_Schema();
         Cls_DB::Transaction all(live);
         int step = 0;
@@ -337,7 +358,7 @@ QStringList Finish_Pending_Renames(Cls_DB& live)
     QStringList done;
     if (!live.Has_Table(QStringLiteral("X_RENAME")))
         return done;
-    Guarded(1089, [&] {
+    Guarded(kErrRenames, [&] {
         Recordset pending = live.DB_RSet_D_D(QStringLiteral("SELECT * FROM X_RENAME"));
         for (pending.MoveFirst(); !pending.EOF_(); pending.MoveNext()) {
             const QString oldFile = App(pending.Text(QStringLiteral("D_F1")));

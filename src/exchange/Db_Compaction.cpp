@@ -66,7 +66,7 @@ Optimise_Result Optimise(Cls_DB& live)
         // A server keeps its own files: the nearest thing is to reclaim and
         // renew its statistics in place. VACUUM refuses to run inside a
         // transaction block or as a prepared statement.
-        r.ok = Guarded(1089, [&] {
+        r.ok = Guarded(kErrOptimise, [&] {
             if (live.Dialect() != Engine::Postgres)
                 throw RunTimeError(QStringLiteral("this data source has no compaction the program knows"));
             live.Execute_Unprepared(QStringLiteral("VACUUM ANALYZE"));
@@ -79,7 +79,7 @@ Optimise_Result Optimise(Cls_DB& live)
     const QString temp2 = Pending_Copy(appDir);
     const QString part = temp2 + QStringLiteral(".part");
     r.before = QFileInfo(t.database).size();
-    r.ok = Guarded(1089, [&] {
+    r.ok = Guarded(kErrOptimise, [&] {
         QFile::remove(part);
         const QByteArray source = Db_Fingerprint(t.database);
         live.Execute(QStringLiteral("VACUUM INTO ?"), {part});

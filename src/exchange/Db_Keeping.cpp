@@ -30,13 +30,12 @@ QString App(const QString& systemPath)
     return App_Path(G().App_Dir, systemPath);
 }
 
-// The move's source is this installation: its database file, or another
-// file of its "\db" (whose "..\pack" is this installation's own).
+// The move's source is this installation: its database file, another file
+// of its "\db" (whose "..\pack" is this installation's own), or that folder.
 bool Is_Live_Database(Cls_DB& live, const QString& source)
 {
     const QFileInfo chosen(source);
-    QStringList ours{QFileInfo(App(QStringLiteral("\\db"))).canonicalFilePath(),
-                     QFileInfo(G().App_Dir).canonicalFilePath()};
+    QStringList ours{QFileInfo(App(QStringLiteral("\\db"))).canonicalFilePath()};
     const DbTarget& t = live.Target();
     if (t.engine == Engine::Sqlite)
         ours << QFileInfo(t.database).absoluteDir().canonicalPath();
@@ -67,7 +66,7 @@ bool Copy_Over(const QString& from, const QString& to)
 std::pair<QString, QString> Backup_Period(Cls_DB& live)
 {
     QString oldest, newest;
-    Guarded(1089, [&] {
+    Guarded(kErrKeepingRead, [&] {
         Recordset rs = live.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1  ORDER BY D_F4 DESC"));
         for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
             const QString day = rs.Text(QStringLiteral("D_F4"));
@@ -130,7 +129,7 @@ Exchange_Report Backup(Cls_DB& live, const QString& from, const QString& to, con
     Stage(QStringLiteral("DB를 최적화를 수행합니다."), 15);
     const bool compacted = live.Target().engine != Engine::Sqlite
                                ? Optimise(live).ok
-                               : Guarded(1089, [&] { live.Execute(QStringLiteral("VACUUM")); });
+                               : Guarded(kErrBackup, [&] { live.Execute(QStringLiteral("VACUUM")); });
     Stage(QString(), 16);
     r.ok = true;
     r.message = zip + QLatin1Char('\n')
@@ -162,7 +161,7 @@ Exchange_Report Rebuild_Day(Cls_DB& live, const QString& vexFile, const QString&
     const QString target = App(Day_File_Name(c, driver, day));
     const bool elsewhere = QFileInfo(vexFile).absoluteFilePath() != QFileInfo(target).absoluteFilePath();
     std::optional<QByteArray> replaced;
-    if (elsewhere && !Guarded(1089, [&] {
+    if (elsewhere && !Guarded(kErrRebuild, [&] {
             Read_Day_File(vexFile);
             QFile in(vexFile);
             if (!in.open(QIODevice::ReadOnly))
@@ -178,7 +177,7 @@ Exchange_Report Rebuild_Day(Cls_DB& live, const QString& vexFile, const QString&
     }
     r.ok = live.DB_Save_D_D12_file(c, driver, day) == -1;
     if (!r.ok && elsewhere) {
-        Guarded(1089, [&] {
+        Guarded(kErrRebuild, [&] {
             if (replaced)
                 Write_Whole_File(target, *replaced);
             else
@@ -194,7 +193,7 @@ Exchange_Report Rebuild_Day(Cls_DB& live, const QString& vexFile, const QString&
 QString Newest_Day(Cls_DB& live)
 {
     QString newest;
-    Guarded(1089, [&] {
+    Guarded(kErrKeepingRead, [&] {
         Recordset rs = live.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 "));
         for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext())
             newest = std::max(newest, rs.Text(QStringLiteral("D_F4")));
@@ -234,7 +233,7 @@ Exchange_Report Move_From(Cls_DB& live, const QString& path, int option, const Q
         r.message = error;
         return r;
     }
-    r.ok = Guarded(1089, [&] {
+    r.ok = Guarded(kErrMove, [&] {
         for (const QString& table : it->tables) {
             Source_Table rows = source->Read(table); // a missing table stops the move here
             if (Day_Tables().contains(table)) {
@@ -242,7 +241,7 @@ Exchange_Report Move_From(Cls_DB& live, const QString& path, int option, const Q
                     return rows.Value(row, QStringLiteral("D_F1")).toString().right(6) < fromDay;
                 });
             }
-            r.tables.emplace_back(table, Copy_Rows(live, table, rows, progress));
+            r.tables.emplace_back(table, Copy_Rows(live, table, rows, progress, &r.refused));
         }
         if (!it->dayFiles)
             return;

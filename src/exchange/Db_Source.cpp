@@ -2,13 +2,18 @@
 
 #include "core/Err_Proc.h"
 
+#include "platform/Bounded_Child.h"
+
 #include <QAtomicInt>
+#include <QDataStream>
 #include <QFile>
+#include <QFileInfo>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
 #include <mdbtools.h>
+#include <unistd.h>
 
 namespace vex {
 
@@ -82,36 +87,27 @@ private:
     bool ok_ = false;
 };
 
-// A Jet file through mdbtools' library. Every value is read as text: the
+// A Jet file through mdbtools' library. The library loops without end on
+// some damaged pages, warning all the while and growing, so every look into
+// the file runs in a child process with limits (Run_Bounded): a damaged file
+// is refused within a bounded time and memory. The time grows with the file,
+// a second a megabyte beyond half a minute. Every value is read as text: the
 // target column decides what it becomes.
 class Jet_Source : public Db_Source {
 public:
-    explicit Jet_Source(const QString& path)
+    explicit Jet_Source(const QString& path) : path_(path)
     {
-        // Old Jet 3 files hold Korean in the desk's code page.
-        if (!qEnvironmentVariableIsSet("MDB_JET3_CHARSET"))
-            qputenv("MDB_JET3_CHARSET", "CP949");
-        mdb_ = mdb_open(QFile::encodeName(path).constData(), MDB_NOFLAGS);
-        if (!mdb_)
+        limits_.seconds = 30 + int(QFileInfo(path).size() >> 20);
+        limits_.extraBytes = (qint64(512) << 20) + 4 * QFileInfo(path).size();
+        QByteArray answer;
+        if (!Ask([&](MdbHandle*, QDataStream& out) { out << tables_; }, &answer))
             return;
-        mdb_set_date_fmt(mdb_, "%Y-%m-%d %H:%M:%S");
-        if (!mdb_read_catalog(mdb_, MDB_TABLE)) {
-            mdb_close(mdb_);
-            mdb_ = nullptr;
-            return;
-        }
-        for (unsigned i = 0; i < mdb_->num_catalog; ++i) {
-            auto* entry = static_cast<MdbCatalogEntry*>(g_ptr_array_index(mdb_->catalog, i));
-            if (entry->object_type == MDB_TABLE && !mdb_is_system_table(entry))
-                tables_ << QString::fromUtf8(entry->object_name);
-        }
+        QDataStream in(answer);
+        in >> tables_;
+        ok_ = true;
     }
-    ~Jet_Source() override
-    {
-        if (mdb_)
-            mdb_close(mdb_);
-    }
-    bool ok() const { return mdb_ != nullptr; }
+    bool ok() const { return ok_; }
+    const QString& error() const { return error_; }
 
     QStringList Tables() const override { return tables_; }
     bool Has_Table(const QString& table) const override { return !Name_Of(table).isEmpty(); }
@@ -121,35 +117,87 @@ public:
         const QString name = Name_Of(table);
         if (name.isEmpty())
             throw RunTimeError(QStringLiteral("The Microsoft Jet database engine cannot find the input table '%1'").arg(table));
-        QByteArray cname = name.toUtf8();
-        MdbTableDef* def = mdb_read_table_by_name(mdb_, cname.data(), MDB_TABLE);
-        if (!def || !mdb_read_columns(def)) {
-            if (def)
-                mdb_free_tabledef(def);
-            throw RunTimeError(QStringLiteral("table '%1' cannot be read").arg(table));
-        }
-        mdb_rewind_table(def);
+        QByteArray answer;
+        if (!Ask([&](MdbHandle* mdb, QDataStream& out) { Read_In_Child(mdb, name, out); }, &answer))
+            throw RunTimeError(QStringLiteral("table '%1' cannot be read: %2").arg(table, error_));
         Source_Table t;
+        QDataStream in(answer);
+        quint64 rows = 0;
+        in >> t.columns >> rows;
+        for (quint64 i = 0; i < rows && in.status() == QDataStream::Ok; ++i) {
+            QVariantList row;
+            in >> row;
+            t.rows.push_back(std::move(row));
+        }
+        if (in.status() != QDataStream::Ok)
+            throw RunTimeError(QStringLiteral("table '%1' cannot be read").arg(table));
+        return t;
+    }
+
+private:
+    using Look = std::function<void(MdbHandle*, QDataStream&)>;
+
+    // Opens the file in a child, reads its catalog (tables_ there) and runs
+    // look; true with the bytes look wrote, else error_ says why.
+    bool Ask(const Look& look, QByteArray* answer) const
+    {
+        const std::optional<QByteArray> got = Run_Bounded(
+            [&]() -> QByteArray {
+                // Old Jet 3 files hold Korean in the desk's code page.
+                if (!qEnvironmentVariableIsSet("MDB_JET3_CHARSET"))
+                    qputenv("MDB_JET3_CHARSET", "CP949");
+                MdbHandle* mdb = mdb_open(QFile::encodeName(path_).constData(), MDB_NOFLAGS);
+                if (!mdb || !mdb_read_catalog(mdb, MDB_TABLE))
+                    _exit(1);
+                mdb_set_date_fmt(mdb, "%Y-%m-%d %H:%M:%S");
+                for (unsigned i = 0; i < mdb->num_catalog; ++i) {
+                    auto* entry = static_cast<MdbCatalogEntry*>(g_ptr_array_index(mdb->catalog, i));
+                    if (entry->object_type == MDB_TABLE && !mdb_is_system_table(entry))
+                        tables_ << QString::fromUtf8(entry->object_name);
+                }
+                QByteArray bytes;
+                QDataStream out(&bytes, QIODevice::WriteOnly);
+                look(mdb, out);
+                return bytes; // the child ends here: nothing to close
+            },
+            limits_, &error_);
+        if (!got) {
+            error_ = QStringLiteral("the Jet database cannot be read (%1): %2").arg(error_, path_);
+            return false;
+        }
+        *answer = *got;
+        return true;
+    }
+
+    static void Read_In_Child(MdbHandle* mdb, const QString& name, QDataStream& out)
+    {
+        QByteArray cname = name.toUtf8();
+        MdbTableDef* def = mdb_read_table_by_name(mdb, cname.data(), MDB_TABLE);
+        if (!def || !mdb_read_columns(def))
+            _exit(1);
+        mdb_rewind_table(def);
         const unsigned n = def->num_cols;
         std::vector<std::vector<char>> bound(n, std::vector<char>(MDB_BIND_SIZE));
         std::vector<int> lengths(n, 0);
+        QStringList columns;
         for (unsigned c = 0; c < n; ++c) {
             auto* col = static_cast<MdbColumn*>(g_ptr_array_index(def->columns, c));
-            t.columns << QString::fromUtf8(col->name);
+            columns << QString::fromUtf8(col->name);
             mdb_bind_column(def, int(c + 1), bound[c].data(), &lengths[c]);
         }
+        std::vector<QVariantList> rows;
         while (mdb_fetch_row(def)) {
             QVariantList row;
             row.reserve(int(n));
             for (unsigned c = 0; c < n; ++c)
                 row << (lengths[c] > 0 ? QVariant(QString::fromUtf8(bound[c].data(), lengths[c])) : QVariant());
-            t.rows.push_back(std::move(row));
+            rows.push_back(std::move(row));
         }
-        mdb_free_tabledef(def);
-        return t;
+        out << columns << quint64(rows.size());
+        for (const QVariantList& row : rows)
+            out << row;
     }
 
-private:
     QString Name_Of(const QString& table) const
     {
         for (const QString& t : tables_)
@@ -157,8 +205,11 @@ private:
                 return t;
         return {};
     }
-    MdbHandle* mdb_ = nullptr;
-    QStringList tables_;
+    QString path_;
+    Child_Limits limits_;
+    mutable QStringList tables_;  // filled in the child too, where Ask's looks see them
+    mutable QString error_;
+    bool ok_ = false;
 };
 
 } // namespace
@@ -212,7 +263,7 @@ std::unique_ptr<Db_Source> Db_Source::Open(const QString& path, QString* error)
     case Db_File_Kind::Jet: {
         auto s = std::make_unique<Jet_Source>(path);
         if (!s->ok())
-            return fail(QStringLiteral("the Jet database cannot be read: ") + path);
+            return fail(s->error());
         return s;
     }
     }

@@ -1,6 +1,8 @@
 #include "exchange/Exchange_Tables.h"
 
 #include "core/Err_Proc.h"
+#include "core/Printable.h"
+#include "exchange/Row_Checks.h"
 #include "store/Cls_DB.h"
 #include "store/Schema.h"
 
@@ -43,7 +45,9 @@ QString Exchange_Report::Text() const
         parts << QStringLiteral("%1 %2").arg(table).arg(rows);
     if (!files.isEmpty())
         parts << QStringLiteral("day files %1").arg(files.size());
-    return parts.join(QStringLiteral(", "));
+    if (!refused.isEmpty())
+        parts << QStringLiteral("rows refused %1").arg(refused.size());
+    return (QStringList{parts.join(QStringLiteral(", "))} + refused).join(QLatin1Char('\n'));
 }
 
 namespace {
@@ -76,7 +80,8 @@ QVariant As_Column(const QVariant& v, ColType type)
 
 } // namespace
 
-int Copy_Rows(Cls_DB& target, const QString& table, const Source_Table& rows, const Exchange_Progress& progress)
+int Copy_Rows(Cls_DB& target, const QString& table, const Source_Table& rows, const Exchange_Progress& progress,
+              QStringList* refused)
 {
     const Table* def = Find_Table(table);
     if (!def)
@@ -98,6 +103,11 @@ int Copy_Rows(Cls_DB& target, const QString& table, const Source_Table& rows, co
     Cls_DB::Batch batch(target);
     for (const QVariantList& row : rows.rows) {
         const QVariant key = row.value(keyAt);
+        if (const QString why = Row_Refusal(*def, rows, row); !why.isEmpty()) {
+            if (refused)
+                *refused << QStringLiteral("%1 '%2': %3").arg(table, Printable(key.toString(), 40), why);
+            continue;
+        }
         if (key.isNull() || key.toString().isEmpty())
             continue; // a row without a key can't be found again
         Recordset rs = target.DB_RSet_D_D(select, {key.toString()});

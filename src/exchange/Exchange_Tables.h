@@ -46,14 +46,18 @@ struct Exchange_Report {
     QString message;                                // the closing or refusing message
     std::vector<std::pair<QString, int>> tables;    // rows per table
     QStringList files;                              // day files moved
-    // "D_D1 31, D_D2 12, ..." and the files.
+    QStringList refused;                            // rows not taken: "table key: why"
+    // "D_D1 31, D_D2 12, ...", the files and the rows refused.
     QString Text() const;
 };
 
 // Rows of a source table into target by the copy rule; columns the target
-// lacks are left out, and each value is made what its column holds.
-// Throws RunTimeError as any recordset does. Returns the rows written.
-int Copy_Rows(Cls_DB& target, const QString& table, const Source_Table& rows, const Exchange_Progress& progress = {});
+// lacks are left out, and each value is made what its column holds. A row
+// that no reception could have written (Row_Refusal) is left out and told
+// to refused. Throws RunTimeError as any recordset does. Returns the rows
+// written.
+int Copy_Rows(Cls_DB& target, const QString& table, const Source_Table& rows, const Exchange_Progress& progress = {},
+              QStringList* refused = nullptr);
 
 // The rows of a selection of the live database, as a source table.
 Source_Table Select_Rows(Cls_DB& db, const QString& table, const Selection& s);

@@ -1,10 +1,13 @@
 #include "exchange/Ftp_Transfer.h"
 
 #include "core/Cls_Config.h"
+#include "core/Printable.h"
 #include "exchange/Package.h"
+#include "exchange/Received_Files.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QUrl>
 #include <curl/curl.h>
 #include <memory>
@@ -56,7 +59,7 @@ Curl_Handle Session(const Ftp_Settings& s)
     curl_easy_setopt(c.get(), CURLOPT_FTPPORT, nullptr);
     curl_easy_setopt(c.get(), CURLOPT_CONNECTTIMEOUT, long(s.connectSeconds));
     curl_easy_setopt(c.get(), CURLOPT_SERVER_RESPONSE_TIMEOUT, long(s.connectSeconds));
-    curl_easy_setopt(c.get(), CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(c.get(), CURLOPT_LOW_SPEED_LIMIT, long(s.lowSpeedBytes));
     curl_easy_setopt(c.get(), CURLOPT_LOW_SPEED_TIME, long(s.stallSeconds));
     curl_easy_setopt(c.get(), CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(c.get(), CURLOPT_PROTOCOLS_STR, "ftp");
@@ -144,18 +147,39 @@ QStringList Listing_Names(const QByteArray& listing)
     return names;
 }
 
-bool Plain_Remote_Name(const QString& name)
+QString Remote_Name_Refusal(const QString& name)
 {
-    // A leading ':' would make a path of the program's resources.
-    return !name.isEmpty() && !name.startsWith(QLatin1Char(':')) && name != QLatin1String(".")
-           && name != QLatin1String("..") && !name.contains(QLatin1Char('/'))
-           && !name.contains(QLatin1Char('\\')) && !name.contains(QLatin1String("..")) && name.toUtf8().size() <= 255
-           && !name.endsWith(QLatin1String(".part"));
+    if (name.isEmpty())
+        return QStringLiteral("an empty name");
+    if (std::any_of(name.begin(), name.end(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; }))
+        return QStringLiteral("control characters in the name");
+    // Bytes that aren't UTF-8 came back as U+FFFD: the server wouldn't know
+    // the name we'd ask for.
+    if (name.contains(QChar::ReplacementCharacter))
+        return QStringLiteral("the name is not in UTF-8");
+    // A leading ':' would make a path of the program's resources; a leading
+    // '.' a hidden file such as the list of received files.
+    if (name.startsWith(QLatin1Char(':')) || name.startsWith(QLatin1Char('.')) || name.contains(QLatin1Char('/'))
+        || name.contains(QLatin1Char('\\')) || name.contains(QLatin1String("..")) || name.endsWith(QLatin1String(".part")))
+        return QStringLiteral("not a plain file name");
+    // The download's hidden ".<name>.part" must be a file name too.
+    if (name.toUtf8().size() + 6 > 255)
+        return QStringLiteral("the name is too long");
+    return {};
 }
 
-Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::function<void(const QString&)>& each)
+bool Plain_Remote_Name(const QString& name)
+{
+    return Remote_Name_Refusal(name).isEmpty();
+}
+
+Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::function<void(const QString&)>& each,
+                      const QStringList& skip)
 {
     Ftp_Pass pass;
+    // A killed run's hidden downloads.
+    for (const QString& part : QDir(expDir).entryList({QStringLiteral(".*.part")}, QDir::Files | QDir::Hidden))
+        QFile::remove(QDir(expDir).filePath(part));
     if (s.agent == QLatin1String("00000000")) {
         pass.end = Ftp_Pass_End::No_Session;
         return pass;
@@ -191,27 +215,41 @@ Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::f
         return pass;
     }
 
+    // Every name is judged before the first download, so that a name that
+    // can't be fetched never stops the pass ahead of the files behind it.
+    QDir().mkpath(expDir);
+    const QStringList received = Received_Names(expDir);
+    QStringList wanted;
+    for (const QString& name : names) {
+        QString why = Remote_Name_Refusal(name);
+        if (why.isEmpty() && QFileInfo::exists(QDir(expDir).filePath(name)) && !received.contains(name))
+            why = QStringLiteral("a file of this site has that name");
+        if (!why.isEmpty())
+            pass.passedOver << Printable(name, 80) + QStringLiteral(": ") + why;
+        else if (!skip.contains(name))
+            wanted << name;
+    }
+
     curl_easy_setopt(c.get(), CURLOPT_DIRLISTONLY, 0L);
     // Byte for byte. The desk's transfers asked for ASCII and got the bytes
     // unchanged from the sites' servers; here an ASCII transfer rewrites line
     // ends, which would damage every package.
     curl_easy_setopt(c.get(), CURLOPT_TRANSFERTEXT, 0L);
-    QDir().mkpath(expDir);
-    for (const QString& name : names) {
-        if (!Plain_Remote_Name(name)) {
-            pass.passedOver << name.left(80) + QStringLiteral(": not a plain file name");
-            continue;
-        }
+    for (const QString& name : wanted) {
         if (each)
             each(name);
         const QString target = expDir + QLatin1Char('/') + name;
         const QString part = expDir + QStringLiteral("/.") + name + QStringLiteral(".part");
-        QFile out(part);
-        if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-            pass.error = QStringLiteral("cannot write ") + part;
+        const auto fail = [&](const QString& why) {
+            QFile::remove(part);
+            pass.error = why;
+            pass.failed = name;
             pass.end = Ftp_Pass_End::Download_Failed;
             return pass;
-        }
+        };
+        QFile out(part);
+        if (!out.open(QIODevice::WriteOnly | QIODevice::Truncate))
+            return fail(QStringLiteral("cannot write ") + part);
         error[0] = 0;
         curl_easy_setopt(c.get(), CURLOPT_URL, Url(s, name).toUtf8().constData());
         curl_easy_setopt(c.get(), CURLOPT_WRITEFUNCTION, To_File);
@@ -220,22 +258,18 @@ Ftp_Pass Ftp_Run_Pass(const Ftp_Settings& s, const QString& expDir, const std::f
         curl_easy_setopt(c.get(), CURLOPT_NOBODY, 0L);
         code = Perform(multi.get(), c.get());
         out.close();
-        const bool whole = code == CURLE_OK
-                           && (!name.endsWith(QLatin1String(".zip"), Qt::CaseInsensitive) || Zip_Opens(part));
-        if (!whole) {
+        if (code != CURLE_OK)
+            return fail(QString::fromUtf8(error[0] ? error : curl_easy_strerror(code)));
+        // Arrived whole but no package: it stays on the server, named in the
+        // run's report, and the pass goes on.
+        if (name.endsWith(QLatin1String(".zip"), Qt::CaseInsensitive) && !Zip_Opens(part)) {
             QFile::remove(part);
-            pass.error = code != CURLE_OK ? QString::fromUtf8(error[0] ? error : curl_easy_strerror(code))
-                                          : name + QStringLiteral(" arrived damaged");
-            pass.end = Ftp_Pass_End::Download_Failed;
-            return pass;
+            pass.damaged << name;
+            continue;
         }
-        QFile::remove(target); // over a local file of that name
-        if (!QFile::rename(part, target)) {
-            QFile::remove(part);
-            pass.error = QStringLiteral("cannot write ") + target;
-            pass.end = Ftp_Pass_End::Download_Failed;
-            return pass;
-        }
+        QFile::remove(target); // over a received file of that name
+        if (!QFile::rename(part, target) || !Received_Add(expDir, name))
+            return fail(QStringLiteral("cannot write ") + target);
         pass.downloaded << name;
         // Only now the server's copy goes; the result isn't looked at.
         curl_slist* dele = curl_slist_append(nullptr, (QStringLiteral("DELE ") + name).toUtf8().constData());

@@ -1,5 +1,7 @@
 #include "exchange/Package.h"
 
+#include "core/Printable.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -48,7 +50,10 @@ qint64 Unzip_Limit(qint64 packageBytes)
 bool Zip_Make(const QString& zipPath, const std::vector<Zip_Entry>& entries, QString* error)
 {
     const QString part = zipPath + QStringLiteral(".part");
-    QFile::remove(part);
+    const QDir folder = QFileInfo(zipPath).dir();
+    for (const QString& left : folder.entryList({QStringLiteral("*.zip.part"), QStringLiteral("*.zip.part.*")},
+                                                QDir::Files | QDir::Hidden))
+        QFile::remove(folder.filePath(left));
     int code = 0;
     Zip_Handle z(zip_open(QFile::encodeName(part).constData(), ZIP_CREATE | ZIP_TRUNCATE, &code));
     if (!z)
@@ -95,7 +100,7 @@ bool Zip_Opens(const QString& zipPath)
     return bool(z);
 }
 
-Unzip_Result UnZip_Make(const QString& zipPath, const QString& destDir)
+Unzip_Result UnZip_Make(const QString& zipPath, const QString& destDir, const std::function<bool(const QString&)>& wanted)
 {
     Unzip_Result r;
     int code = 0;
@@ -106,6 +111,10 @@ Unzip_Result UnZip_Make(const QString& zipPath, const QString& destDir)
     }
     // Every entry is judged before the first byte is written.
     const zip_int64_t n = zip_get_num_entries(z.get(), 0);
+    if (n > kMax_Package_Entries) {
+        r.error = QStringLiteral("package refused: %1 entries, more than a site sends").arg(n);
+        return r;
+    }
     const qint64 limit = Unzip_Limit(QFileInfo(zipPath).size());
     qint64 total = 0;
     std::vector<std::pair<zip_uint64_t, QString>> files;
@@ -118,18 +127,18 @@ Unzip_Result UnZip_Make(const QString& zipPath, const QString& destDir)
         }
         const QString name = QString::fromUtf8(st.name);
         if (!Safe_Entry_Name(name)) {
-            r.error = QStringLiteral("entry refused, it points outside the folder: ") + name;
+            r.error = QStringLiteral("entry refused, it points outside the folder: ") + Printable(name, 80);
             return r;
         }
         zip_uint8_t opsys = 0;
         zip_uint32_t attributes = 0;
         if (zip_file_get_external_attributes(z.get(), zip_uint64_t(i), 0, &opsys, &attributes) == 0
             && opsys == ZIP_OPSYS_UNIX && S_ISLNK(attributes >> 16)) {
-            r.error = QStringLiteral("entry refused, it is a link: ") + name;
+            r.error = QStringLiteral("entry refused, it is a link: ") + Printable(name, 80);
             return r;
         }
-        if (name.endsWith(QLatin1Char('/')))
-            continue; // a folder
+        if (name.endsWith(QLatin1Char('/')) || (wanted && !wanted(name)))
+            continue; // a folder, or an entry of no use
         total += qint64(st.size);
         if (!(st.valid & ZIP_STAT_SIZE) || total > limit) {
             r.error = QStringLiteral("package refused: it unpacks to more than %1 bytes").arg(limit);

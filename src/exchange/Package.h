@@ -7,6 +7,7 @@
 // anything is written.
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <vector>
 
 namespace vex {
@@ -17,6 +18,8 @@ struct Zip_Entry {
 };
 
 // Writes the package beside its target and renames it: whole or not at all.
+// What a killed earlier run left of its own packages in that folder
+// ("*.zip.part", and libzip's "*.zip.part.XXXXXX") is removed first.
 bool Zip_Make(const QString& zipPath, const std::vector<Zip_Entry>& entries, QString* error = nullptr);
 
 // The largest number of bytes a package of packageBytes may unpack to: a
@@ -28,9 +31,15 @@ struct Unzip_Result {
     QString error;        // why nothing was unpacked
     QStringList names;    // the entries unpacked, as named in the package
 };
-// Unpacks every entry under destDir, after checking them all; an entry's
-// file appears whole or not at all, over a file of the same name.
-Unzip_Result UnZip_Make(const QString& zipPath, const QString& destDir);
+// The most entries a package may hold: a site's packer writes classic zips.
+constexpr qint64 kMax_Package_Entries = 65535;
+
+// Unpacks the entries under destDir that wanted takes (every one without
+// it), after checking them all; the others are never written. An entry's
+// file appears whole or not at all, over a file of the same name. A package
+// of more than kMax_Package_Entries entries is refused.
+Unzip_Result UnZip_Make(const QString& zipPath, const QString& destDir,
+                        const std::function<bool(const QString&)>& wanted = {});
 
 // True when the package at zipPath opens whole (every entry's checks) and
 // holds an entry named name: the test a backup makes before it deletes.

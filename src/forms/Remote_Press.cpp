@@ -57,8 +57,9 @@ void Remote_Press(QWidget* parent)
             return Exchange_Report{};
         });
     }
-    if (!out.kept.isEmpty())
-        Msg_Box(out.kept.join(QLatin1Char('\n')), QMessageBox::Warning);
+    const QStringList wrong = out.refused + out.kept + out.rowsRefused;
+    if (!wrong.isEmpty())
+        Msg_Box(wrong.join(QLatin1Char('\n')), QMessageBox::Warning);
 }
 
 } // namespace vex::forms

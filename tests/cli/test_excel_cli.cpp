@@ -8,6 +8,7 @@
 #include "support/CliRun.h"
 #include "support/XlsxRead.h"
 
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -56,4 +57,30 @@ TEST(Excel_Cli, ReportsAndFuelGridsFromTheCommandLine)
     EXPECT_EQ(r.out.trimmed().split('\n').size(), 1);
     EXPECT_EQ(test::Vexcli(base + QStringList{"fuel", "month", "2601", "--rates", "1,2"}).code, 2);
     EXPECT_EQ(test::Vexcli(base + QStringList{"fuel", "day", "2601"}).code, 2);
+}
+
+TEST(Excel_Cli, WordsNoCommandTakesAreRefused)
+{
+    test::AppSession app;
+    const QStringList base = {"--app-dir", app.Dir()};
+    QTemporaryDir tmp;
+    const QString missing = tmp.filePath("none/deeper");
+    test::CliRun r = test::Vexcli(base + QStringList{"excel", "carday1", "--from", "260101", "--to", "260131", "--out",
+                                                     missing + "/x.xlsx"});
+    EXPECT_EQ(r.code, 2);
+    EXPECT_TRUE(r.err.contains("cannot write")) << r.err.toStdString();
+    EXPECT_FALSE(QFileInfo::exists(tmp.filePath("none"))) << "no folder is made";
+    // A day of month 13, a price or a rate below zero.
+    EXPECT_EQ(test::Vexcli(base + QStringList{"fuel", "day", "991399"}).code, 2);
+    EXPECT_EQ(test::Vexcli(base + QStringList{"fuel", "day", "261301"}).code, 2);
+    for (const char* price : {"-1500", "inf", "nan"})
+        EXPECT_EQ(test::Vexcli(base + QStringList{"fuel", "month", "2601", "--speed", "80", "--rates", "10,5,2,4",
+                                                  "--price", price})
+                      .code,
+                  2)
+            << price;
+    EXPECT_EQ(test::Vexcli(base + QStringList{"fuel", "month", "2601", "--speed", "80", "--rates", "10,-5,2,4",
+                                              "--price", "1500"})
+                  .code,
+              2);
 }

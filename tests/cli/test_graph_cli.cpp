@@ -133,10 +133,10 @@ TEST_F(GraphCli, QuickBrakeOfAStoredBuffer)
         test::Reset_Globals();
         G().App_Dir = site;
         Cls_DB db(Parse_DB_Server("\\db\\morix.mdb", site));
-        Recordset rs = db.DB_RSet_D_D("SELECT * FROM D_D2 WHERE D_F1=?", {"77QB00990000260105"});
+        Recordset rs = db.DB_RSet_D_D("SELECT * FROM D_D2 WHERE D_F1=?", {"77CB00990000260105"});
         if (rs.RecordCount() < 1)
             rs.AddNew();
-        rs.Set("D_F1", "77QB00990000260105");
+        rs.Set("D_F1", "77CB00990000260105");
         rs.Set("D_F2", "081530" "32" "00");
         rs.Set("D_F3", QString("32").repeated(50) + QString("00").repeated(10) + QString("1E").repeated(60));
         rs.Set("D_F4", "0105081530" "0105091000" + QString(20, '0'));
@@ -145,11 +145,11 @@ TEST_F(GraphCli, QuickBrakeOfAStoredBuffer)
         db.DB_DConnection();
         test::Reset_Globals();
     }
-    test::CliRun r = Run({"graph", "quickbrake", "77QB00", "--slot", "1", "--out", Out("qb1.png")});
+    test::CliRun r = Run({"graph", "quickbrake", "77CB00", "--slot", "1", "--out", Out("qb1.png")});
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     EXPECT_TRUE(r.out.contains("제동 시각 : 01월 05일 08시 15분 30초")) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("50 50 50")) << r.out.toStdString();
-    r = Run({"graph", "quickbrake", "77QB00", "--slot", "2", "--out", Out("qb2.pdf")});
+    r = Run({"graph", "quickbrake", "77CB00", "--slot", "2", "--out", Out("qb2.pdf")});
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     EXPECT_TRUE(r.out.contains("01월 05일 09시 10분 00초"));
     EXPECT_TRUE(r.out.contains("30 30 30"));
@@ -159,7 +159,7 @@ TEST_F(GraphCli, QuickBrakeOfAStoredBuffer)
     EXPECT_TRUE(pdf.contains("운전자 코드 990000")) << pdf.toStdString();
     EXPECT_TRUE(pdf.contains("운행일 2026-01-05"));
     // Slot 3 was never filled (its time is zeros): the frame alone, no time.
-    r = Run({"graph", "quickbrake", "77QB00", "--slot", "3", "--out", Out("qb3.png")});
+    r = Run({"graph", "quickbrake", "77CB00", "--slot", "3", "--out", Out("qb3.png")});
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     EXPECT_FALSE(r.out.contains("00월")) << r.out.toStdString();
     EXPECT_TRUE(r.err.contains("slot 3 holds no brake"));

@@ -116,3 +116,25 @@ TEST_F(KeepCli, KilledHalfWayTheDatabaseStaysSound)
     Db_Look db(Db());
     EXPECT_EQ(db.Value("SELECT COUNT(*) FROM D_D3"), "802");
 }
+
+TEST(Keep_Cli, ExportToAFileLeavesNoCopyInExp)
+{
+    QString why;
+    const QString received = test::Received_Site(&why);
+    ASSERT_FALSE(received.isEmpty()) << why.toStdString();
+    QTemporaryDir tmp;
+    const QString site = tmp.path() + "/site";
+    test::Copy_Tree(received, site);
+    const QStringList exp = QDir(site + "/Exp").entryList({"*.zip"}, QDir::Files);
+
+    test::CliRun r = test::Vexcli({"--app-dir", site, "export", "--from", "260101", "--to", "260131", "--out",
+                                   tmp.path() + "/out.zip"});
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    EXPECT_TRUE(Zip_Holds(tmp.path() + "/out.zip", "exp.mdb"));
+    EXPECT_EQ(QDir(site + "/Exp").entryList({"*.zip"}, QDir::Files), exp);
+    // FILE can't be written: no copy waits in "\exp" either.
+    r = test::Vexcli({"--app-dir", site, "export", "--from", "260101", "--to", "260131", "--out",
+                      tmp.path() + "/none/out.zip"});
+    EXPECT_EQ(r.code, 1);
+    EXPECT_EQ(QDir(site + "/Exp").entryList({"*.zip"}, QDir::Files), exp);
+}

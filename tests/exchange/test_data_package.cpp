@@ -6,6 +6,10 @@
 #include "exchange/KeepingFixture.h"
 #include "exchange/Package.h"
 #include "store/DayFile.h"
+#include "support/HandZip.h"
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
 
 using namespace vex;
 
@@ -14,6 +18,26 @@ namespace {
 using test::Keeping;
 
 const QString kTrip = test::kSiteCar + test::kSiteDriver;
+
+QByteArray Read_All(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+// Runs statements on a SQLite file of its own connection.
+void Sql_On(const QString& path, const QStringList& statements)
+{
+    {
+        QSqlDatabase db = QSqlDatabase::addDatabase("QSQLITE", "edit-package");
+        db.setDatabaseName(path);
+        ASSERT_TRUE(db.open());
+        QSqlQuery q(db);
+        for (const QString& sql : statements)
+            EXPECT_TRUE(q.exec(sql)) << sql.toStdString();
+    }
+    QSqlDatabase::removeDatabase("edit-package");
+}
 
 } // namespace
 
@@ -160,4 +184,96 @@ TEST_F(Keeping, MoveFromAnOlderInstallation)
     EXPECT_FALSE(r.ok);
     EXPECT_TRUE(r.message.contains("D_D1")) << r.message.toStdString();
     EXPECT_FALSE(Move_From(db(), tmp.path() + "/none.mdb", 1, "260101").ok);
+}
+
+TEST_F(Keeping, HostilePackagesLeaveExpCleanAndTheDatabaseAsItWas)
+{
+    const Exchange_Report out = Export_Package(db(), {"260101", "260131"}, "good");
+    ASSERT_TRUE(out.ok) << out.message.toStdString();
+    QTemporaryDir look;
+    ASSERT_TRUE(UnZip_Make(site + "/Exp/good.zip", look.path()).ok);
+    const QByteArray expMdb = Read_All(look.path() + "/exp.mdb");
+    const QByteArray dayFile = Read_All(site + "/pack/12AB00/260105/260105000123.vex");
+    ASSERT_FALSE(dayFile.isEmpty());
+    const QStringList expBefore = QDir(site + "/Exp").entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    const auto before = Dump_All();
+
+    // Folders where the export's database and its work files go, a file
+    // where the day files go; junk of every kind beside.
+    const QString blocking = tmp.path() + "/blocking.zip";
+    test::Hand_Zip(blocking, {{"exp.mdb", expMdb},
+                              {"exp.mdb-journal/x", "j"},
+                              {"exp.mdb-wal/x", "w"},
+                              {"pack", "a file"},
+                              {"zeros.bin", QByteArray(10 << 20, '\0')},
+                              {"ctl\x01\x1b[2Jname", "c"},
+                              {"nested.zip", Read_All(site + "/Exp/good.zip")},
+                              {"pack/12AB00/260105/260105000123.vex", dayFile}});
+    for (int run = 0; run < 2; ++run) {
+        const Exchange_Report in = Import_Package(db(), blocking);
+        EXPECT_TRUE(in.ok) << in.message.toStdString();
+        EXPECT_EQ(QDir(site + "/Exp").entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), expBefore);
+        EXPECT_EQ(Dump_All(), before);
+    }
+    EXPECT_EQ(Read_All(site + "/pack/12AB00/260105/260105000123.vex"), dayFile) << "the one entry of use arrived";
+    // Exports and imports go on as before, also over what an import of an
+    // older version left.
+    ASSERT_TRUE(QDir().mkpath(site + "/Exp/exp.mdb-journal/x"));
+    ASSERT_TRUE(Export_Package(db(), {"260101", "260131"}, "after").ok);
+    ASSERT_TRUE(Import_Package(db(), site + "/Exp/after.zip").ok);
+    QFile::remove(site + "/Exp/after.zip");
+
+    // Rows no reception could make: keys that aren't car + driver + day,
+    // endless and out-of-range numbers, a summary at odds with its key.
+    const QString edited = look.path() + "/exp.mdb";
+    Sql_On(edited, {"INSERT INTO D_D1 (D_F1, D_F2, D_F3, D_F4) VALUES ('../../etc', '../../', 'etc', '260105')",
+                    "INSERT INTO D_D2 (D_F1) VALUES ('12AB00' || char(10) || '00123260105')",
+                    "INSERT INTO D_D3 (D_F1) VALUES ('')",
+                    "INSERT INTO D_D3 (D_F1) VALUES ('" + QString(5000, '7') + "')",
+                    "INSERT INTO D_D1 (D_F1, D_F2, D_F3, D_F4, D_F8) VALUES ('12AB00000123991305', '12AB00', '000123', "
+                    "'991305', 5)",
+                    "UPDATE D_D1 SET D_F8 = 9e999 WHERE D_F1 = '12AB00000123260105'",
+                    "INSERT INTO D_D1 (D_F1, D_F2, D_F3, D_F4, D_F8) VALUES ('12AB00000123260107', '12AB00', '000123', "
+                    "'260107', 4.6e18)",
+                    "INSERT INTO D_D1 (D_F1, D_F2, D_F3, D_F4, D_F8) VALUES ('12AB00000123260108', '12AB00', '000777', "
+                    "'260108', 1)",
+                    "INSERT INTO D_D1 (D_F1, D_F2, D_F3, D_F4, D_F8) VALUES ('12AB00000123260109', '12AB00', '000123', "
+                    "'260109', 12.5)",
+                    "INSERT INTO S_D2 (D_F1) VALUES ('x' || char(27) || '[31m')"});
+    ASSERT_TRUE(Zip_Make(tmp.path() + "/rows.zip", {{edited, "exp.mdb"}}));
+    const Exchange_Report rows = Import_Package(db(), tmp.path() + "/rows.zip");
+    EXPECT_TRUE(rows.ok) << rows.message.toStdString();
+    EXPECT_EQ(rows.refused.size(), 9) << rows.refused.join('\n').toStdString();
+    EXPECT_FALSE(rows.refused.join('\n').contains(QChar(27))) << "no raw control byte in the report";
+    EXPECT_TRUE(rows.Text().contains("rows refused 9"));
+    EXPECT_EQ(Rows("SELECT * FROM D_D1"), 3) << "the good row is taken";
+    EXPECT_EQ(Rows("SELECT * FROM D_D1 WHERE D_F1 = '12AB00000123260109'"), 1);
+    EXPECT_EQ(Dump("D_D1").at(kTrip + "260105"), before.at("D_D1").at(kTrip + "260105")) << "its infinite row refused";
+    EXPECT_EQ(Dump("S_D2"), before.at("S_D2"));
+    EXPECT_EQ(Dump("D_D3"), before.at("D_D3"));
+
+    // More entries than a site sends: refused before anything is written.
+    std::vector<std::pair<QByteArray, QByteArray>> many{{"exp.mdb", expMdb}};
+    for (int i = 0; i < 70000; ++i)
+        many.emplace_back("f" + QByteArray::number(i), QByteArray());
+    test::Hand_Zip(tmp.path() + "/many.zip", many);
+    db().Execute("DELETE * FROM D_D1 WHERE D_F1 = '12AB00000123260109'");
+    const Exchange_Report refused = Import_Package(db(), tmp.path() + "/many.zip");
+    EXPECT_FALSE(refused.ok);
+    EXPECT_TRUE(refused.message.contains("70001 entries")) << refused.message.toStdString();
+    EXPECT_EQ(Dump_All(), before);
+    EXPECT_EQ(QDir(site + "/Exp").entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), expBefore);
+
+    // What a killed export or backup left of its package goes with the
+    // next, a killed import's scratch folder with the next import; a running
+    // import's folder stays.
+    for (const char* left : {"/Exp/260101260131.zip.part", "/Exp/good.zip.part.Ab12Cd"})
+        QFile(site + left).open(QIODevice::WriteOnly);
+    ASSERT_TRUE(QDir().mkpath(site + "/Exp/.import-999999999-AbCdEf/pack"));
+    ASSERT_TRUE(QDir().mkpath(site + "/Exp/.import-1-AbCdEf"));
+    ASSERT_TRUE(Import_Package(db(), site + "/Exp/good.zip").ok);
+    EXPECT_FALSE(QFileInfo::exists(site + "/Exp/.import-999999999-AbCdEf"));
+    EXPECT_TRUE(QDir().rmdir(site + "/Exp/.import-1-AbCdEf")) << "process 1 is running";
+    ASSERT_TRUE(Export_Package(db(), {"260101", "260131"}, "good").ok);
+    EXPECT_EQ(QDir(site + "/Exp").entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), expBefore);
 }

@@ -2,38 +2,16 @@
 // a Jet database from a SQLite one. The Jet files are small public samples.
 #include "exchange/Db_Source.h"
 #include "exchange/Package.h"
+#include "support/HandZip.h"
 #include "support/TempApp.h"
 
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <zip.h>
 
 using namespace vex;
 
-namespace {
-
-// A zip written by hand, entry by entry, so that it can hold what the
-// program would never write.
-void Hand_Zip(const QString& path, const std::vector<std::pair<QByteArray, QByteArray>>& entries, bool asLink = false)
-{
-    int code = 0;
-    zip_t* z = zip_open(QFile::encodeName(path).constData(), ZIP_CREATE | ZIP_TRUNCATE, &code);
-    ASSERT_NE(z, nullptr);
-    for (const auto& [name, data] : entries) {
-        void* copy = malloc(size_t(data.size()) + 1);
-        memcpy(copy, data.constData(), size_t(data.size()));
-        zip_source_t* src = zip_source_buffer(z, copy, zip_uint64_t(data.size()), 1);
-        const zip_int64_t i = zip_file_add(z, name.constData(), src, 0);
-        ASSERT_GE(i, 0);
-        if (asLink)
-            zip_file_set_external_attributes(z, zip_uint64_t(i), 0, ZIP_OPSYS_UNIX, (S_IFLNK | 0777) << 16);
-    }
-    ASSERT_EQ(zip_close(z), 0);
-}
-
-} // namespace
+using test::Hand_Zip;
 
 TEST(Package, WhatAPackageMayNotDo)
 {

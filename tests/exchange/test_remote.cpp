@@ -1,11 +1,13 @@
 // Remote reception against a real FTP server on loopback: a package that
 // arrives and is loaded, the second press with nothing new, a refused
 // login, an empty folder, no account at all, names that may not be files,
-// and a server that stops mid-download.
+// a server that stops mid-download, and bad files that may hold back
+// neither the good ones nor the next run.
 #include "core/Cls_Config.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "exchange/Data_Package.h"
+#include "exchange/Received_Files.h"
 #include "exchange/Remote_Reception.h"
 #include "store/Cls_DB.h"
 #include "support/AppSession.h"
@@ -44,9 +46,9 @@ protected:
     Cls_DB& db() { return *G().DB; }
     int Trips() { return db().DB_RSet_D_D("SELECT * FROM D_D1").RecordCount(); }
     // A package of two trips, put on the server; the trips leave the database.
-    void Package_On_Server(const QString& name)
+    void Package_On_Server(const QString& name, const QStringList& days = {"260105", "260106"})
     {
-        for (const char* day : {"260105", "260106"})
+        for (const QString& day : days)
             db().Execute("INSERT INTO D_D1 (D_F1, D_F2, D_F3, D_F4, D_F8) VALUES (?, '12AB00', '000123', ?, 1234)",
                          {QString("12AB00000123") + day, day});
         ASSERT_TRUE(Export_Package(db(), {"260101", "260131"}, "pkg").ok);
@@ -101,15 +103,22 @@ TEST_F(Remote, RefusalsAndAccountsWithoutNetwork)
     // No account: a message, no network, and what lies in "\exp" is loaded.
     G().Config->S_CompanyCode = "00000000";
     G().Config->S_IP = "127.0.0.1";
+    // What waits is what an earlier press fetched and didn't load; the
+    // site's own backup beside it is neither loaded nor deleted.
     Package_On_Server("waiting.zip");
     ASSERT_TRUE(QFile::rename(folder + "/waiting.zip", app.Path("Exp/waiting.zip")));
+    ASSERT_TRUE(Received_Add(app.Path("Exp"), "waiting.zip"));
+    Package_On_Server("260101260131.zip", {"260107"});
+    ASSERT_TRUE(QFile::rename(folder + "/260101260131.zip", app.Path("Exp/260101260131.zip")));
     out = Press(server);
     EXPECT_EQ(out.messages.value(0), "연결실패");
     EXPECT_EQ(out.loaded, QStringList{"waiting.zip"});
     EXPECT_EQ(Trips(), 2);
+    EXPECT_TRUE(QFile::exists(app.Path("Exp/260101260131.zip")));
 
     // A ".Zip" is no zip to the loading step: nothing to load.
     app.Write_File("Exp/odd.Zip", "x");
+    Received_Add(app.Path("Exp"), "odd.Zip");
     out = Press(server);
     EXPECT_EQ(out.messages.value(1), "데이터가 없읍니다");
     EXPECT_TRUE(QFile::exists(app.Path("Exp/odd.Zip")));
@@ -119,6 +128,7 @@ TEST_F(Remote, RefusalsAndAccountsWithoutNetwork)
     db().Execute("DELETE * FROM D_D1");
     Package_On_Server("again.zip");
     ASSERT_TRUE(QFile::rename(folder + "/again.zip", app.Path("Exp/again.zip")));
+    Received_Add(app.Path("Exp"), "again.zip");
     Remote_Outcome load;
     QStringList said;
     Remote_Load(*G().DB, load, {}, [&](const QString& m) {
@@ -165,4 +175,80 @@ TEST_F(Remote, UntrustedNamesAndACutDownload)
     EXPECT_TRUE(QDir(app.Path("Exp")).entryList({"*.part"}, QDir::Files | QDir::Hidden).isEmpty());
     EXPECT_TRUE(QFile::exists(folder + "/big.zip")) << "the server keeps what didn't arrive";
     EXPECT_TRUE(QFile::exists(folder + "/a..b.zip"));
+}
+
+TEST_F(Remote, BadFilesHoldBackNeitherTheGoodOnesNorTheNextRun)
+{
+    Package_On_Server("good1.zip", {"260105"});
+    Package_On_Server("good2.zip", {"260106"});
+    // Damaged: a package cut in half, and bytes that are no zip at all.
+    Package_On_Server("truncated.zip", {"260107"});
+    {
+        QFile f(folder + "/truncated.zip");
+        ASSERT_TRUE(f.resize(f.size() / 2));
+    }
+    app.Write_File("garbage", QByteArray(3000, 'G'));
+    ASSERT_TRUE(QFile::rename(app.Path("garbage"), folder + "/garbage.zip"));
+    // A Jet file with a page the library loops on (2 KiB pages, page 47).
+    {
+        QFile jet(VEX_TEST_DATA "/jet3.mdb");
+        ASSERT_TRUE(jet.open(QIODevice::ReadOnly));
+        app.Write_File("loop", jet.readAll().replace(47 * 2048, 2048, QByteArray(2048, '\xff')));
+        ASSERT_TRUE(QFile::rename(app.Path("loop"), folder + "/loop.mdb"));
+    }
+    // A file the server sends at 2 bytes a second (by its name).
+    ASSERT_TRUE(QFile::copy(folder + "/good1.zip", folder + "/trickle.zip"));
+    // Names that can't be fetched or stored: control characters, too long
+    // for the hidden download name, and Korean in CP949.
+    const QByteArray dir = QFile::encodeName(folder) + '/';
+    for (const QByteArray& name : {QByteArray("esc\x1b[31mred.zip"), QByteArray(250, 'a') + ".zip",
+                                   QByteArray("\xc7\xd1\xb1\xdb.zip")}) {
+        FILE* f = fopen((dir + name).constData(), "w");
+        ASSERT_TRUE(f) << name.toStdString();
+        fclose(f);
+    }
+    // The site's own backup in "\exp", and a server file of the same name.
+    app.Write_File("Exp/260101260131.zip", "backup");
+    const QStringList exp = QDir(app.Path("Exp")).entryList(QDir::Files | QDir::Hidden);
+    ASSERT_TRUE(QFile::copy(folder + "/good1.zip", folder + "/260101260131.zip"));
+    // A killed run's download.
+    app.Write_File("Exp/.big.zip.part", "half");
+
+    test::FtpServer server(ftpRoot.path(), "site", "secret");
+    ASSERT_GT(server.Port(), 0);
+    qputenv("VEX_FTP_PORT", QByteArray::number(server.Port()));
+    Ftp_Settings settings = Ftp_Settings_Of(*G().Config);
+    EXPECT_EQ(settings.lowSpeedBytes, 1024);
+    EXPECT_EQ(settings.stallSeconds, 60);
+    settings.stallSeconds = 2; // the floor's window, short for the test
+
+    for (int run = 1; run <= 2; ++run) {
+        const Remote_Outcome out = Remote_Reception(db(), settings);
+        const QString said = (out.messages + out.passedOver + out.refused + out.kept).join('|');
+        SCOPED_TRACE(said.toStdString());
+        EXPECT_EQ(Trips(), 2);
+        if (run == 1) {
+            EXPECT_EQ(out.loaded, (QStringList{"good1.zip", "good2.zip"}));
+            EXPECT_EQ(out.kept.size(), 1);
+            EXPECT_TRUE(said.contains("loop.mdb: ")) << "set aside";
+        } else {
+            EXPECT_TRUE(out.loaded.isEmpty());
+            EXPECT_TRUE(out.kept.isEmpty()) << "not tried again";
+        }
+        EXPECT_TRUE(out.loadingRan);
+        EXPECT_EQ(out.refused.size(), 3);
+        for (const char* bad : {"truncated.zip: arrived damaged", "garbage.zip: arrived damaged", "trickle.zip: "})
+            EXPECT_TRUE(said.contains(bad)) << bad;
+        EXPECT_EQ(out.passedOver.size(), 4);
+        for (const char* why : {"esc\\x1b[31mred.zip: control characters", "the name is too long",
+                                "the name is not in UTF-8", "260101260131.zip: a file of this site has that name"})
+            EXPECT_TRUE(said.contains(why)) << why;
+        EXPECT_FALSE(said.contains(QChar(0x1b))) << "no raw control byte is printed";
+        for (const char* left : {"truncated.zip", "garbage.zip", "trickle.zip", "260101260131.zip"})
+            EXPECT_TRUE(QFile::exists(folder + "/" + left)) << left;
+        EXPECT_EQ(QDir(app.Path("Exp")).entryList(QDir::Files | QDir::Hidden), exp)
+            << "no download, part or list is left; the backup stays";
+        QFile backup(app.Path("Exp/260101260131.zip"));
+        EXPECT_TRUE(backup.open(QIODevice::ReadOnly) && backup.readAll() == "backup");
+    }
 }

@@ -206,3 +206,29 @@ TEST_F(ReceptionTest, ASecondClickDuringAStepDoesNothing)
 }
 
 } // namespace
+
+TEST_F(ReceptionTest, ADayLeftUndrivenSinceTheLastReceptionIsSaidPlainly)
+{
+    // Last read the evening before the first day, nothing driven after:
+    // that day's page is still erased.
+    const QString before = Day(first_.addDays(-1));
+    const vex::test::CliRun r = vex::test::Vexcli({"sample", "pack", "--out", image_, "--car", "1234", "--driver",
+                                                   "5678", "--from", Day(first_), "--days", "3", "--last-read",
+                                                   before + "1800"});
+    ASSERT_EQ(r.code, 0) << r.err.toStdString();
+    vex::test::Emulator emulator(image_);
+    frmPack_Read1* f = Ready_To_Receive(emulator);
+    ASSERT_NE(f, nullptr);
+    Press(f->Cmd_Save);
+    const QString summary = LoadResString(5001).arg(3) + "; " + LoadResString(5019).arg(before);
+    EXPECT_EQ(f->Label_Result->text(), summary);
+    EXPECT_EQ(msgs.Last(), "수신완료\n" + summary);
+    EXPECT_FALSE(msgs.Last().contains(LoadResString(5004).left(4))) << "no refusal";
+    EXPECT_EQ(Days_Of_Car(), 3);
+    // For a person to look at: VEX_SHOTS=DIR keeps the dialog as a picture.
+    if (qEnvironmentVariableIsSet("VEX_SHOTS")) {
+        for (int i = 0; i < 5; ++i)
+            QCoreApplication::processEvents();
+        f->grab().save(qEnvironmentVariable("VEX_SHOTS") + "/reception_undriven_day.png");
+    }
+}

@@ -74,3 +74,28 @@ TEST(FuzzCorpus, SandboxTakesAFileAboveTheFolderAndAKeyOfJunkForFaults)
     EXPECT_TRUE(faults.isEmpty());
     EXPECT_FALSE(QFile::exists(box.App() + "/new/x.Vex"));
 }
+
+TEST(FuzzCorpus, SandboxPutsBackWhatAnInputReplacedAndNamesNeedARoot)
+{
+    QStringList faults;
+    fuzz::Sandbox box([&](const QString& what) { faults << what; });
+    // An input makes a folder of a file the application started with.
+    const QString ini = box.App() + "/MORIX.INI";
+    const QByteArray before = Read(ini);
+    ASSERT_FALSE(before.isEmpty());
+    ASSERT_TRUE(QFile::remove(ini));
+    ASSERT_TRUE(QDir().mkpath(ini + "/inside"));
+    box.Finish_Input();
+    EXPECT_EQ(Read(ini), before) << "the next input sees the file again";
+    EXPECT_TRUE(faults.isEmpty()) << faults.join('\n').toStdString();
+
+    // A good log name under an empty root: the program never works so.
+    const fuzz::Target* names = nullptr;
+    for (const fuzz::Target& t : fuzz::Targets())
+        if (QLatin1String(t.name) == QLatin1String("fuzz_inbox_names"))
+            names = &t;
+    ASSERT_TRUE(names);
+    const QByteArray input("12AB00260105.dat\0\0", 18);
+    fuzz::Run_Input(*names, Span(input));
+    EXPECT_TRUE(faults.isEmpty()) << faults.join('\n').toStdString();
+}
