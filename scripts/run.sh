@@ -34,6 +34,11 @@ echo "== Receiving the sample medium (model 250, car 001234, driver 005678)"
 $VEXCLI receive usb --model 250 --medium "$MEDIUM" | grep -v '^decoded ' ||
   echo "run.sh: the reception did not store everything; the lines above say why"
 
+# Qt draws offscreen here; it wants a runtime folder of its own.
+if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+  export XDG_RUNTIME_DIR="${TMPDIR:-/tmp}/runtime-$(id -u)"
+  mkdir -p "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
+fi
 DAY=$(date -d '-1 days' +%y%m%d)
 OUT="$APP/report"
 mkdir -p "$OUT"
