@@ -20,6 +20,7 @@
 #include <QThread>
 #include <thread>
 #include <gtest/gtest.h>
+#include <future>
 
 using namespace vex;
 
@@ -165,8 +166,16 @@ TEST_F(Remote, UntrustedNamesAndACutDownload)
     qputenv("VEX_FTP_PORT", QByteArray::number(server.Port()));
     const Ftp_Settings settings = Ftp_Settings_Of(*G().Config);
     Ftp_Pass pass;
-    std::thread transfer([&] { pass = Ftp_Run_Pass(settings, app.Path("Exp")); });
-    QThread::msleep(1500);
+    // The server stops once the download of the big file has begun; at the
+    // slow server's pace it takes far longer than any test.
+    std::promise<void> begun;
+    std::thread transfer([&] {
+        pass = Ftp_Run_Pass(settings, app.Path("Exp"), [&](const QString& name) {
+            if (name == QLatin1String("big.zip"))
+                begun.set_value();
+        });
+    });
+    ASSERT_EQ(begun.get_future().wait_for(std::chrono::seconds(60)), std::future_status::ready);
     server.Stop();
     transfer.join();
     EXPECT_EQ(pass.end, Ftp_Pass_End::Download_Failed) << pass.error.toStdString();
