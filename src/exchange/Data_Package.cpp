@@ -5,6 +5,7 @@
 #include "core/Mod_Main.h"
 #include "exchange/Package.h"
 #include "platform/AppFolder.h"
+#include "platform/FileSystem.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 
@@ -250,9 +251,8 @@ Exchange_Report Delete_Selection(Cls_DB& live, const Selection& s, const Exchang
         Cls_DB::Transaction all(live);
         int step = 0;
         for (const QString& t : Day_Tables()) {
+            r.tables.emplace_back(t, Count_Rows(live, t, s));
             auto [sql, values] = Selection_Where(t, s);
-            Recordset rows = live.DB_RSet_D_D(sql, values);
-            r.tables.emplace_back(t, rows.RecordCount());
             sql.replace(QStringLiteral("SELECT * FROM"), QStringLiteral("DELETE * FROM"));
             live.Execute(sql, values);
             if (progress)
@@ -366,7 +366,7 @@ QStringList Finish_Pending_Renames(Cls_DB& live)
             // One rename in one folder: the file is under its old name or its
             // new one, never both or neither.
             if (QFileInfo(oldFile).isFile() && !QFileInfo::exists(newFile)
-                && std::rename(QFile::encodeName(oldFile).constData(), QFile::encodeName(newFile).constData()) != 0)
+                && !Replace_File(oldFile, newFile))
                 throw RunTimeError(QStringLiteral("cannot rename ") + oldFile + QStringLiteral(" to ") + newFile);
             if (QFileInfo(newFile).isFile())
                 done << newFile;

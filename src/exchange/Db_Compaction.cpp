@@ -4,6 +4,7 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "platform/AppFolder.h"
+#include "platform/FileSystem.h"
 #include "store/Cls_DB.h"
 
 #include <QCryptographicHash>
@@ -91,8 +92,7 @@ Optimise_Result Optimise(Cls_DB& live)
         if (!id.open(QIODevice::WriteOnly) || id.write(source) != source.size() || !id.commit())
             throw RunTimeError(QStringLiteral("cannot write ") + id.fileName() + QStringLiteral(": ")
                                + id.errorString());
-        QFile::remove(temp2);
-        if (!QFile::rename(part, temp2))
+        if (!Replace_File(part, temp2))
             throw RunTimeError(QStringLiteral("cannot write ") + temp2);
     });
     QFile::remove(part);
@@ -131,7 +131,7 @@ Compaction_Takeover Take_Over_Compaction(const QString& appDir, const std::funct
         pump();
     // rename() replaces the live file in one step: a start killed here
     // finds either the old file with its copy still waiting, or the new one.
-    if (std::rename(QFile::encodeName(swap).constData(), QFile::encodeName(live).constData()) != 0) {
+    if (!Replace_File(swap, live)) {
         QFile::remove(swap);
         return Compaction_Takeover::Failed;
     }

@@ -43,24 +43,6 @@ bool Is_Live_Database(Cls_DB& live, const QString& source)
     return !folder.isEmpty() && ours.contains(folder);
 }
 
-// A day file copied in beside its target and renamed over it: the target
-// is never missing, and a copy of a file onto itself changes nothing.
-bool Copy_Over(const QString& from, const QString& to)
-{
-    if (QFileInfo(from).canonicalFilePath() == QFileInfo(to).canonicalFilePath())
-        return true;
-    QDir().mkpath(QFileInfo(to).absolutePath());
-    const QString part = to + QStringLiteral(".part");
-    QFile::remove(part);
-    if (!QFile::copy(from, part))
-        return false;
-    if (std::rename(QFile::encodeName(part).constData(), QFile::encodeName(to).constData()) != 0) {
-        QFile::remove(part);
-        return false;
-    }
-    return true;
-}
-
 } // namespace
 
 std::pair<QString, QString> Backup_Period(Cls_DB& live)
@@ -162,11 +144,11 @@ Exchange_Report Rebuild_Day(Cls_DB& live, const QString& vexFile, const QString&
     const bool elsewhere = QFileInfo(vexFile).absoluteFilePath() != QFileInfo(target).absoluteFilePath();
     std::optional<QByteArray> replaced;
     if (elsewhere && !Guarded(kErrRebuild, [&] {
-            Read_Day_File(vexFile);
             QFile in(vexFile);
             if (!in.open(QIODevice::ReadOnly))
                 throw RunTimeError(QStringLiteral("File not found: ") + vexFile);
             const QByteArray bytes = in.readAll();
+            Day_File_Of(bytes, vexFile);
             if (QFile old(target); old.open(QIODevice::ReadOnly))
                 replaced = old.readAll();
             QDir().mkpath(QFileInfo(target).absolutePath());
@@ -256,7 +238,8 @@ Exchange_Report Move_From(Cls_DB& live, const QString& path, int option, const Q
             if (parts.size() != 3 || !Is_Code(parts[0]) || !Is_Day(parts[1]) || parts[1] < fromDay)
                 continue;
             const QString target = App(QStringLiteral("\\pack\\%1\\%2\\%3").arg(parts[0], parts[1], parts[2]));
-            if (Copy_Over(file, target))
+            QDir().mkpath(QFileInfo(target).absolutePath());
+            if (FileSystem(G().App_Dir).CopyFile(file, target))
                 r.files << target;
         }
     });

@@ -141,4 +141,11 @@ Source_Table Select_Rows(Cls_DB& db, const QString& table, const Selection& s)
     return t;
 }
 
+int Count_Rows(Cls_DB& db, const QString& table, const Selection& s)
+{
+    auto [sql, values] = Selection_Where(table, s);
+    sql.replace(QStringLiteral("SELECT * FROM"), QStringLiteral("SELECT COUNT(*) AS N FROM"));
+    return db.DB_RSet_D_D(sql, values).Field(QStringLiteral("N")).toInt();
+}
+
 } // namespace vex

@@ -61,5 +61,7 @@ int Copy_Rows(Cls_DB& target, const QString& table, const Source_Table& rows, co
 
 // The rows of a selection of the live database, as a source table.
 Source_Table Select_Rows(Cls_DB& db, const QString& table, const Selection& s);
+// How many rows of table the selection holds, counted by the engine.
+int Count_Rows(Cls_DB& db, const QString& table, const Selection& s);
 
 } // namespace vex

@@ -34,7 +34,7 @@ QString Days_To_Delete(const vex::Selection& s)
 {
     int days = 0;
     if (G().DB)
-        Guarded(kErrRegisterCodes, [&] { days = int(Select_Rows(*G().DB, QStringLiteral("D_D1"), s).rows.size()); });
+        Guarded(kErrRegisterCodes, [&] { days = Count_Rows(*G().DB, QStringLiteral("D_D1"), s); });
     const auto Who = [](const QString& code, const QString& korean, const QString& english, const QString& every) {
         return code == QLatin1String("ALL") ? every : Lang_Text(korean, english) + QLatin1Char(' ') + code;
     };

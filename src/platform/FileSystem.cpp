@@ -49,16 +49,15 @@ bool FileSystem::CopyFile(const QString& from, const QString& to, bool overwrite
     if (QFileInfo::exists(dst)) {
         if (!overwrite)
             return false;
-        // Copy beside the target first, so that a failed copy leaves the old file whole.
         const QString part = dst + QStringLiteral(".part");
         QFile::remove(part);
         if (!QFile::copy(src, part))
             return false;
-        if (!QFile::remove(dst)) {
+        if (!Replace_File(part, dst)) {
             QFile::remove(part);
             return false;
         }
-        return QFile::rename(part, dst);
+        return true;
     }
     return QFile::copy(src, dst);
 }
@@ -72,6 +71,11 @@ qint64 FileSystem::FileSize(const QString& path) const
 {
     const QFileInfo info(Path(path));
     return info.isFile() ? info.size() : -1;
+}
+
+bool Replace_File(const QString& from, const QString& to)
+{
+    return ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
 bool Write_File_Atomic(const QString& path, const QByteArray& bytes, QString* error)

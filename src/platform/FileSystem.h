@@ -23,7 +23,8 @@ public:
     bool FolderExists(const QString& path) const;
     bool CreateFolder(const QString& path) const;
     // Copies over an existing target when overwrite is set (the default of
-    // the original object's copy).
+    // the original object's copy): beside it first, then in its place in one
+    // step, so a failed copy leaves the old file whole.
     bool CopyFile(const QString& from, const QString& to, bool overwrite = true) const;
     bool DeleteFile(const QString& path) const;
     qint64 FileSize(const QString& path) const; // -1 when missing
@@ -31,6 +32,11 @@ public:
 private:
     QString appDir_;
 };
+
+// Puts the file from in the place of to in one step (a rename within one
+// file system): to is the old file or the new one, never missing. False
+// when the system refuses.
+bool Replace_File(const QString& from, const QString& to);
 
 // Writes bytes beside path and renames over it: path holds the old bytes or
 // the new ones, never a part. False with the system's reason in error ("No

@@ -148,8 +148,10 @@ bool Cls_DB::Begin_Write()
         // Inside a transaction already: the writes belong to that one.
         if (error.contains(QLatin1String("within a transaction"), Qt::CaseInsensitive))
             return false;
-        const bool busy = error.contains(QLatin1String("locked"), Qt::CaseInsensitive)
-                          || error.contains(QLatin1String("busy"), Qt::CaseInsensitive);
+        // SQLite's own answer: SQLITE_BUSY (5) or SQLITE_LOCKED (6), of any
+        // extended kind.
+        const int code = begin.lastError().nativeErrorCode().toInt() & 0xff;
+        const bool busy = code == 5 || code == 6;
         if (!busy || waited + kTry > Write_Wait_Seconds) {
             lastFailure_ = busy ? LoadResString(5017) : error;
             Err_Proc(kErrWriteLock, lastFailure_);

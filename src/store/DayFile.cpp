@@ -163,7 +163,11 @@ QString Local_Path(const QString& systemPath)
 
 DayFile Read_Day_File(const QString& localPath)
 {
-    const QByteArray bytes = Read_All(localPath);
+    return Day_File_Of(Read_All(localPath), localPath);
+}
+
+DayFile Day_File_Of(const QByteArray& bytes, const QString& localPath)
+{
     const qint64 n = bytes.size();
     if (n != kDayFileTwo && n < kDayFileFull)
         throw RunTimeError(QStringLiteral("Input past end of file: %1 holds %2 bytes").arg(localPath).arg(n));

@@ -48,6 +48,8 @@ QString Local_Path(const QString& systemPath);
 // Throws RunTimeError when the file is missing, unreadable, or shorter than
 // its arrays.
 DayFile Read_Day_File(const QString& localPath);
+// The same of bytes read already; localPath names them in a refusal.
+DayFile Day_File_Of(const QByteArray& bytes, const QString& localPath);
 // Writes the arrays (the half-second one when not empty) beside the target
 // and renames; throws RunTimeError on a failure, the old file left whole.
 void Write_Day_File(const QString& localPath, const DayFile& file);
