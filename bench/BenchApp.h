@@ -1,9 +1,11 @@
 #pragma once
 // A fresh application on a folder, as after a login: what each benchmark
 // starts its measured work from.
+#include "app/App_Setup.h"
+#include "app/Start_Up.h"
 #include "core/Cls_Config.h"
 #include "core/Mod_Main.h"
-#include "core/Settings_Load.h"
+#include "registers/Settings_Load.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
 

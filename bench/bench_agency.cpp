@@ -3,6 +3,7 @@
 //   build/bench/bench_agency
 #include "BenchApp.h"
 
+#include "app/Start_Up.h"
 #include "exchange/Agency_File.h"
 #include "store/DayFile.h"
 

@@ -5,6 +5,7 @@
 //   build/bench/bench_excel [rows]
 #include "BenchApp.h"
 
+#include "app/Start_Up.h"
 #include "reports/Excel_Report.h"
 
 #include <QCoreApplication>

@@ -9,6 +9,7 @@
 // this program in the build tree, or $VEXCLI).
 #include "analysis/Graph_Surface.h"
 #include "analysis/Operation_Graph.h"
+#include "app/Start_Up.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
 

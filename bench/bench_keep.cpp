@@ -5,6 +5,7 @@
 //   build/bench/bench_keep [cars] [days]
 #include "BenchApp.h"
 
+#include "app/Start_Up.h"
 #include "exchange/Data_Package.h"
 #include "exchange/Exchange_Tables.h"
 

@@ -6,7 +6,8 @@
 // The trips are 40 cars x 25 days of generated driving (the sample
 // generator's days from the standard cycles), stored through the ingest of
 // a USB day: day file, minute distance, detector, summary row.
-#include "acquisition/DrivingProfile.h"
+#include "app/Start_Up.h"
+#include "samples/DrivingProfile.h"
 #include "analysis/New_Standards.h"
 #include "analysis/Operation_Graph.h"
 #include "core/Err_Proc.h"

@@ -4,6 +4,7 @@
 //   build/bench/bench_remote
 #include "BenchApp.h"
 
+#include "app/Start_Up.h"
 #include "exchange/Remote_Reception.h"
 
 #include <QCoreApplication>

@@ -10,10 +10,11 @@
 // "cat FILE > /dev/null" run in the same run.
 #include "acquisition/Inbox.h"
 #include "acquisition/UsbRecorder.h"
-#include "acquisition/UsbSampler.h"
+#include "app/Start_Up.h"
+#include "samples/UsbSampler.h"
 #include "core/Cls_Config.h"
 #include "core/Mod_Main.h"
-#include "core/Settings_Load.h"
+#include "registers/Settings_Load.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
 

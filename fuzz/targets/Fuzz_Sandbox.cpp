@@ -1,10 +1,12 @@
 #include "targets/Fuzz_Sandbox.h"
 
 #include "acquisition/UsbRecorder.h"
+#include "app/App_Setup.h"
+#include "app/Start_Up.h"
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
-#include "core/Settings_Load.h"
+#include "registers/Settings_Load.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
 #include "store/Schema.h"

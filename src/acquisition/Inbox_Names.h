@@ -5,6 +5,7 @@
 // characters, a day six digits of a month and a day. A filed "130" log
 // keeps the identity of the reception that filed it in a note beside it
 // ("<log>.id"), since its name holds the car and the filing day only.
+#include "core/Codes.h"
 #include "platform/AppFolder.h" // Inside_Folder
 
 #include <QByteArray>
@@ -12,11 +13,6 @@
 #include <optional>
 
 namespace vex {
-
-// Six characters 0-9 and A-F (capitals, as the recorders print them).
-bool Is_Code(const QString& code);
-// Six digits YYMMDD with a month of 1 to 12 and a day of 1 to 31.
-bool Is_Day(const QString& yymmdd);
 
 // "<car><yymmdd>.dat", the name a "130" log is filed under in \new; nothing
 // when the name isn't of that form.

@@ -3,7 +3,7 @@
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
-#include "core/Settings_Load.h"
+#include "registers/Settings_Load.h"
 #include "store/Cls_DB.h"
 
 namespace vex {

@@ -5,7 +5,7 @@
 #include "cli/Commands.h"
 
 #include "core/Cls_Config.h"
-#include "core/Config_Rules.h"
+#include "registers/Config_Rules.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"

@@ -9,10 +9,10 @@
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
+#include "registers/Register_Lookup.h"
 #include "reports/Cls_Report.h"
 #include "reports/Printer_Device.h"
 #include "reports/Report_Printer.h"
-#include "reports/Report_Text.h"
 #include "store/Cls_DB.h"
 
 #include <QPrinter>

@@ -1,7 +1,7 @@
 // vexcli sample MEDIUM ...: writes sample recorder media for trying the
 // reception without a vehicle. Each medium is a sub-command of its own.
-#include "acquisition/PackSampler.h"
-#include "acquisition/UsbSampler.h"
+#include "samples/PackSampler.h"
+#include "samples/UsbSampler.h"
 #include "cli/Commands.h"
 
 #include <QFile>

@@ -1,9 +1,11 @@
+#include "app/App_Setup.h"
+#include "app/Start_Up.h"
 #include "cli/Commands.h"
 
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
-#include "core/Settings_Load.h"
+#include "registers/Settings_Load.h"
 #include "exchange/Data_Package.h"
 #include "exchange/Db_Compaction.h"
 #include "platform/AppFolder.h"

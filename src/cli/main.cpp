@@ -1,4 +1,5 @@
 // vexcli [--app-dir DIR] COMMAND [ARGS...]
+#include "app/Start_Up.h"
 #include "cli/Commands.h"
 #include "core/Mod_Main.h"
 #include "platform/AppFolder.h"

@@ -7,9 +7,6 @@
 
 namespace vex {
 
-class Recordset;
-struct Globals;
-
 class Cls_Config {
 public:
     QString U_Name;         // D_F1 firm name; also the firm's folder on the FTP server
@@ -40,11 +37,6 @@ public:
     int16_t B_Val6 = 0, B_Val7 = 0, B_Val8 = 0, B_Val9 = 0, B_Val10 = 0, B_Val11 = 0, B_Val12 = 0,
             B_Val13 = 0;
     QString B_Val14, B_Val15;
-
-    // Writes the class and the S_D14 globals into the current row of rs,
-    // D_F1 to D_F23, and updates it. True when written; False when the
-    // handler ran, with the row as far as it was written.
-    bool DB_Edit(Recordset& rs, const Globals& g);
 };
 
 } // namespace vex

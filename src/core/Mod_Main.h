@@ -20,11 +20,6 @@ class Cls_Config;
 class FileSystem;
 
 struct Globals {
-    Globals();
-    ~Globals();
-    Globals(Globals&&) noexcept;
-    Globals& operator=(Globals&&) noexcept;
-
     QString Prog_Title;                  // "VEX"
     QString Login_User, Login_Pass;      // as typed at the login
     QString DB_Server;                   // value of "MAIN SERVER"
@@ -34,14 +29,16 @@ struct Globals {
     int16_t Link_Type = 0;               // 1 analyzer on a serial port ("SIO"), 0 older card ("ISA")
     int16_t Register_Row = 0;
 
-    // The shared objects, one each for the whole run.
-    std::unique_ptr<Cls_IO> IO;
-    std::unique_ptr<Cls_DB> DB;
-    std::unique_ptr<Cls_Config> Config;
-    std::unique_ptr<FileSystem> FS;
+    // The shared objects, one each for the whole run. Made by the start-up
+    // above every layer (app/Start_Up), known here by name only: a shared
+    // pointer takes its deleter from where the object is made.
+    std::shared_ptr<Cls_IO> IO;
+    std::shared_ptr<Cls_DB> DB;
+    std::shared_ptr<Cls_Config> Config;
+    std::shared_ptr<FileSystem> FS;
     // The one serial port of the program and the analyzer protocol on it.
-    std::unique_ptr<AnalyzerPort> Port;
-    std::unique_ptr<AnalyzerLink> Link;
+    std::shared_ptr<AnalyzerPort> Port;
+    std::shared_ptr<AnalyzerLink> Link;
 
     QString App_Dir;
     QString Pack_Mark1, Pack_Mark2, Pack_Mark3, Pack_Mark4, Pack_Mark5, Pack_Mark6;
@@ -64,13 +61,6 @@ struct Globals {
 
 // The one instance.
 Globals& G();
-
-// Start-up: marks, divisors, folder, INI, shared objects. appDir is the
-// application folder (what the original took from the program's own path).
-void Main_Start(const QString& appDir);
-// Closes the serial port if open, then drops the shared objects in the order
-// IO, DB, Config (closing the connection on the way).
-void Main_Shutdown();
 
 void Status_Text(QString& text);
 

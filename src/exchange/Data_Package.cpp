@@ -1,6 +1,6 @@
 #include "exchange/Data_Package.h"
 
-#include "acquisition/Inbox_Names.h"
+#include "core/Codes.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "exchange/Package.h"

@@ -1,6 +1,6 @@
 #include "exchange/Db_Keeping.h"
 
-#include "acquisition/Inbox_Names.h"
+#include "core/Codes.h"
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"

@@ -1,6 +1,6 @@
 #include "exchange/Row_Checks.h"
 
-#include "acquisition/Inbox_Names.h"
+#include "core/Codes.h"
 #include "core/Printable.h"
 #include "exchange/Exchange_Tables.h"
 #include "store/Schema.h"

@@ -3,7 +3,7 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"
-#include "forms/logic/Regio_Logic.h"
+#include "registers/Input_Names.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>

@@ -1,6 +1,7 @@
 #include "forms/MDIForm_Main.h"
 
 #include "acquisition/AnalyzerLink.h"
+#include "app/Start_Up.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"

@@ -20,7 +20,7 @@
 #include "forms/frm_Splash.h"
 #include "forms/logic/View_Logic.h"
 #include "registers/Register_Rules.h"
-#include "forms/logic/Routes_Logic.h"
+#include "registers/Routes.h"
 #include "store/Cls_DB.h"
 
 #include <QApplication>

@@ -5,7 +5,7 @@
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"
 #include "forms/logic/Captions.h"
-#include "core/Config_Rules.h"
+#include "registers/Config_Rules.h"
 #include "store/Cls_DB.h"
 
 #include <QFileDialog>

@@ -3,7 +3,7 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"
-#include "forms/logic/Routes_Logic.h"
+#include "registers/Routes.h"
 #include "store/Cls_DB.h"
 
 #include <QGridLayout>

@@ -1,10 +1,11 @@
 #include "forms/frm_Splash.h"
 
+#include "app/Start_Up.h"
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
-#include "core/Settings_Load.h"
+#include "registers/Settings_Load.h"
 #include "exchange/Data_Package.h"
 #include "exchange/Db_Compaction.h"
 #include "forms/MDIForm_Main.h"

@@ -1,6 +1,8 @@
 // vex: the desktop program. The login is its first window; the main window
 // follows a good login.
 #include "acquisition/UsbRecorder.h"
+#include "app/App_Setup.h"
+#include "app/Start_Up.h"
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"
 #include "forms/Qt_Language.h"

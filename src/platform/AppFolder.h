@@ -17,14 +17,6 @@ QString Resolve_App_Dir(const QString& fromCommandLine);
 // Sub-folders that a new application folder receives.
 const QStringList& App_Folders();
 
-// Makes the folder ready: the sub-folders, "exp" as a second name of "Exp",
-// MORIX.INI, the spreadsheet templates and the help pages from the delivered
-// data (Resource_Path), the empty template "db_temp/morix.mdb", the live
-// "db/morix.mdb" and the export database "Exp/exp.mdb" when they are
-// missing. Nothing that exists is
-// overwritten. Returns false with a reason when the folder cannot be written.
-bool Init_App_Folder(const QString& appDir, QString* reason = nullptr);
-
 // Maps a path of the system's own form ("\db\morix.mdb", "Dat\Read.Vex") to
 // a path under the application folder, with '/' as separator.
 QString App_Path(const QString& appDir, const QString& systemPath);

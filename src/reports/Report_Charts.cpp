@@ -1,6 +1,7 @@
 // The reports of one chart under a header: the marks of a period (all cars
 // by day, one driver's trips by day) and the seconds before a hard brake.
 // The common opening that every routine shares stands here too.
+#include "registers/Register_Lookup.h"
 #include "reports/Cls_Report.h"
 
 #include "analysis/Period_Marks.h"

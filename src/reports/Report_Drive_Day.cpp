@@ -2,6 +2,7 @@
 // the dispatch and cost blocks, and the attachment of the day's sections.
 // The page is a frame of ruled rows over the upper part and the day's graph
 // below 0.644 of the height; the row pitch is that of "AAA".
+#include "registers/Register_Lookup.h"
 #include "reports/Cls_Report.h"
 
 #include "analysis/Cls_Inspection.h"

@@ -6,11 +6,6 @@ namespace vex {
 
 class Cls_DB;
 
-// The driver's name of S_D2, "-" when it has none.
-QString Driver_Name_Of(Cls_DB& db, const QString& driver);
-// The car's management number (S_D1.D_F2), its number (D_F3) in its place
-// when empty; empty when the car has no row.
-QString Management_Number(Cls_DB& db, const QString& car);
 // "HH:MM" of a stored "HHmm" (a shorter text padded in front).
 QString Hhmm_Text(const QString& hhmm);
 // "yyyy.MM.dd" of a yyMMdd day.

@@ -3,7 +3,7 @@
 // of the minute region. Logs come from the sample generator and are patched
 // where a case needs particular bytes.
 #include "acquisition/UsbRecorder.h"
-#include "acquisition/UsbSampler.h"
+#include "samples/UsbSampler.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"

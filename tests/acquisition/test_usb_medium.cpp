@@ -1,7 +1,7 @@
 // The medium of a USB recorder: the model test, the identity file, the days
 // a log holds, where the medium is found, and driver numbers written onto it.
 #include "acquisition/UsbRecorder.h"
-#include "acquisition/UsbSampler.h"
+#include "samples/UsbSampler.h"
 #include "core/Err_Proc.h"
 #include "platform/UsbMedia.h"
 #include "registers/DriverMedium.h"

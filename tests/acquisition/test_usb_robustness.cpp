@@ -1,9 +1,9 @@
 // USB recorder files cut short or full of noise: the decoders keep what is
 // whole, drop the rest, and never fail otherwise.
-#include "acquisition/DrivingProfile.h"
+#include "samples/DrivingProfile.h"
 #include "acquisition/Last_Reception.h"
 #include "acquisition/UsbRecorder.h"
-#include "acquisition/UsbSampler.h"
+#include "samples/UsbSampler.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"

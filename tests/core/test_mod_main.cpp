@@ -1,4 +1,5 @@
 #include "acquisition/Cls_IO.h"
+#include "app/Start_Up.h"
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"

@@ -2,6 +2,7 @@
 // A fresh application folder and the desktop program on it, driven through
 // its windows. Boxes are recorded instead of shown, the end of the process
 // and opened documents are recorded instead of done.
+#include "app/App_Setup.h"
 #include "core/Mod_Main.h"
 #include "forms/MDIForm_Main.h"
 #include "forms/Msg_Box.h"

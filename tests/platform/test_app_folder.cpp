@@ -1,3 +1,4 @@
+#include "app/App_Setup.h"
 #include "platform/AppFolder.h"
 #include "platform/FileSystem.h"
 #include "platform/IniFile.h"

@@ -3,7 +3,7 @@
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
-#include "core/Settings_Load.h"
+#include "registers/Settings_Load.h"
 #include "exchange/Db_Compaction.h"
 #include "store/Cls_DB.h"
 #include "store/Schema.h"
@@ -182,7 +182,7 @@ TEST_P(Store, SettingsLoadAndDbEditRoundTrip)
     g.Max_RPM_Axis = 4000;
     g.RPM_Tick10 = 90;
     Recordset rs = db->DB_RSet_D_D("SELECT * FROM S_D14");
-    ASSERT_TRUE(cfg.DB_Edit(rs, g)) << Err_Last().toStdString();
+    ASSERT_TRUE(DB_Edit(cfg, rs, g)) << Err_Last().toStdString();
 
     Cls_Config again;
     ASSERT_TRUE(Load_Settings(*db, again, g));

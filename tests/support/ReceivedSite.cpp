@@ -1,8 +1,9 @@
 #include "support/ReceivedSite.h"
 
+#include "app/Start_Up.h"
 #include "core/Cls_Config.h"
 #include "core/Mod_Main.h"
-#include "core/Settings_Load.h"
+#include "registers/Settings_Load.h"
 #include "store/Cls_DB.h"
 #include "support/CliRun.h"
 #include "support/TempApp.h"

@@ -1,5 +1,7 @@
 #include "support/TempApp.h"
 
+#include "app/App_Setup.h"
+#include "app/Start_Up.h"
 #include "platform/AppFolder.h"
 #include "store/Schema.h"
 

@@ -5,7 +5,7 @@
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
-#include "reports/Report_Text.h"
+#include "registers/Register_Lookup.h"
 #include "store/Cls_DB.h"
 
 #include <QDate>

@@ -1,6 +1,6 @@
-#include "acquisition/UsbSampler.h"
+#include "samples/UsbSampler.h"
 
-#include "acquisition/DrivingProfile.h"
+#include "samples/DrivingProfile.h"
 #include "acquisition/UsbRecorder.h"
 
 #include <QDir>

@@ -1,9 +1,9 @@
-#include "forms/logic/Routes_Logic.h"
+#include "registers/Routes.h"
 
 #include "core/Err_Proc.h"
 #include "store/Cls_DB.h"
 
-namespace vex::forms {
+namespace vex {
 
 namespace {
 
@@ -94,4 +94,4 @@ void Route_Delete(Cls_DB& db, const QString& route)
     });
 }
 
-} // namespace vex::forms
+} // namespace vex

@@ -1,4 +1,4 @@
-#include "core/Settings_Load.h"
+#include "registers/Settings_Load.h"
 
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
@@ -106,6 +106,21 @@ bool Load_Settings(Cls_DB& db, Cls_Config& cfg, Globals& g)
             Read_S_D4(s4, g);
     });
     return ok && haveRow;
+}
+
+bool DB_Edit(Cls_Config& cfg, Recordset& rs, const Globals& g)
+{
+    return Guarded(1088, [&] {
+        const QVariant values[23] = {
+            cfg.U_Name, cfg.U_Tel, cfg.U_Fax, cfg.U_Business, cfg.U_UserID, cfg.U_Pass, cfg.U_PackDir,
+            cfg.U_DBBackup, cfg.U_Port, cfg.S_IP, cfg.S_Port, cfg.S_User, cfg.S_Password, cfg.S_CompanyCode,
+            cfg.C_RPM, cfg.C_Oil, g.Max_Speed_Axis, g.Max_RPM_Axis, g.RPM_Tick10, cfg.C_VAL, g.Idle_Minutes,
+            cfg.S_Email, cfg.Car_VAL};
+        for (int i = 0; i < 23; ++i)
+            rs.Set(QStringLiteral("D_F%1").arg(i + 1), values[i]);
+        rs.Update();
+        cfg.C_RPM = int16_t(rs.Field(QStringLiteral("D_F15")).toInt());
+    });
 }
 
 } // namespace vex

@@ -3,11 +3,9 @@
 #include <QStringList>
 
 namespace vex {
+
 class Cls_DB;
 struct Globals;
-}
-
-namespace vex::forms {
 
 // The six names as stored; empty texts when the table has no row.
 QStringList DI_Names_Load(Cls_DB& db);
@@ -15,4 +13,4 @@ QStringList DI_Names_Load(Cls_DB& db);
 // them into DI_Name1 to DI_Name6 at once. True when written.
 bool DI_Names_Save(Cls_DB& db, const QStringList& names, Globals& g);
 
-} // namespace vex::forms
+} // namespace vex

@@ -1,6 +1,6 @@
-#include "acquisition/PackSampler.h"
+#include "samples/PackSampler.h"
 
-#include "acquisition/DrivingProfile.h"
+#include "samples/DrivingProfile.h"
 #include "acquisition/PackLayout.h"
 
 #include <QRegularExpression>

@@ -5,10 +5,8 @@
 #include <QStringList>
 
 namespace vex {
-class Cls_DB;
-}
 
-namespace vex::forms {
+class Cls_DB;
 
 QStringList Route_Names(Cls_DB& db);
 QStringList Route_Cars(Cls_DB& db, const QString& route);
@@ -25,4 +23,4 @@ int Route_Save(Cls_DB& db, const QString& route, const QString& speed, const QSt
 // Every car of the route gets empty text in D_F12 and D_F23.
 void Route_Delete(Cls_DB& db, const QString& route);
 
-} // namespace vex::forms
+} // namespace vex

@@ -1,9 +1,10 @@
-#include "core/Config_Rules.h"
+#include "registers/Config_Rules.h"
 
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
+#include "registers/Settings_Load.h"
 #include "store/Cls_DB.h"
 
 #include <cmath>
@@ -109,7 +110,7 @@ Config_Save_Result Config_Save(const Config_Fields& f, Cls_Config& cfg, Globals&
         g.Idle_Minutes = To_Int16(Number_Or_Throw(f.text[18]));
 
         Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D14"));
-        result = cfg.DB_Edit(rs, g) ? Config_Save_Result::Saved : Config_Save_Result::Failed;
+        result = DB_Edit(cfg, rs, g) ? Config_Save_Result::Saved : Config_Save_Result::Failed;
     });
     return result;
 }

@@ -1,9 +1,9 @@
 // Sample packs and the driving days behind them: the pages must hold what a
 // decoder expects of a healthy pack, and each kind of damage must touch
 // exactly its own fields.
-#include "acquisition/DrivingProfile.h"
+#include "samples/DrivingProfile.h"
 #include "acquisition/PackLayout.h"
-#include "acquisition/PackSampler.h"
+#include "samples/PackSampler.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,10 +1,10 @@
-#include "forms/logic/Regio_Logic.h"
+#include "registers/Input_Names.h"
 
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
 
-namespace vex::forms {
+namespace vex {
 
 QStringList DI_Names_Load(Cls_DB& db)
 {
@@ -34,4 +34,4 @@ bool DI_Names_Save(Cls_DB& db, const QStringList& names, Globals& g)
     });
 }
 
-} // namespace vex::forms
+} // namespace vex

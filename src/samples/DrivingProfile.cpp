@@ -1,4 +1,4 @@
-#include "acquisition/DrivingProfile.h"
+#include "samples/DrivingProfile.h"
 
 #include "platform/Resources.h"
 
