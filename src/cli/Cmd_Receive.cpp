@@ -1,6 +1,7 @@
 // vexcli receive pack|usb|inbox: the reception road without a window.
 #include "cli/Commands.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <memory>
 
@@ -10,10 +11,12 @@
 #include "acquisition/Last_Reception.h"
 #include "acquisition/Reception.h"
 #include "acquisition/UsbRecorder.h"
+#include "analysis/Plausibility.h"
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
+#include "exchange/Reception_Ledger.h"
 #include "platform/SerialPort.h"
 #include "platform/UsbMedia.h"
 #include "store/Cls_DB.h"
@@ -85,11 +88,21 @@ std::function<void(const Inbox_File&)> File_Printer(Context& ctx)
     };
 }
 
-// The dialog's closing words and the line under them; non-zero unless the
-// reception stored everything it found.
-int Finish(Context& ctx, const Reception_Outcome& outcome)
+// The dialog's closing words and the line under them, then the ledger's
+// line of the days stored and their notes; non-zero unless the reception
+// stored everything it found.
+int Finish(Context& ctx, Ledger_Road road, const QString& source, const Reception_Outcome& outcome)
 {
     ctx.out << "수신완료\n" << outcome.Summary() << "\n";
+    try {
+        const Ledger_Entry entry = Record_Reception(*G().DB, road, source, outcome.Summary(), Ledger_Days(outcome));
+        ctx.out << Ledger_Line(entry) << "\n";
+        for (const Ledger_Day& d : entry.days)
+            for (const Finding& f : d.findings)
+                ctx.out << "  " << d.what << "  " << Finding_Text(f) << "\n";
+    } catch (const RunTimeError& e) {
+        ctx.err << "vexcli: the ledger could not be written: " << e.what() << "\n";
+    }
     ctx.out.flush();
     if (!outcome.Clean()) {
         ctx.err << "vexcli: " << outcome.Summary() << "\n";
@@ -167,9 +180,10 @@ int Receive_Pack(Context& ctx)
             ctx.out << what << " (" << done << "/" << all << ")\n";
         ctx.out.flush();
     };
+    const QString source = QStringLiteral("port %1, pack of car %2").arg(link.Port().portNumber()).arg(link.Pack_Car_Code());
     const Reception_Outcome outcome =
         Receive_Pack_Days(!from.isEmpty(), Day_Date(from), Day_Date(to), progress, File_Printer(ctx));
-    return Finish(ctx, outcome);
+    return Finish(ctx, Ledger_Road::Pack, source, outcome);
 }
 
 constexpr const char* kUsbUsage =
@@ -234,7 +248,9 @@ int Receive_Usb(Context& ctx)
 
     // Receive step: the chosen dates, else the days the medium holds.
     const Filing_Note who = Usb_Reception_Note(*master, from.isEmpty() ? oldest : from, to.isEmpty() ? newest : to);
-    return Finish(ctx, Receive_Usb_Log(model, medium.Log(), who, {}, File_Printer(ctx)));
+    const QString source = QStringLiteral("medium %1, model %2, car %3, driver %4")
+                               .arg(QDir::toNativeSeparators(medium.root), model, master->car, master->driver);
+    return Finish(ctx, Ledger_Road::Usb, source, Receive_Usb_Log(model, medium.Log(), who, {}, File_Printer(ctx)));
 }
 
 } // namespace
@@ -253,7 +269,7 @@ int Cmd_Receive(Context& ctx)
         outcome.failure = Reception_Precheck();
         if (outcome.failure.isEmpty())
             Run_Inbox(outcome, {}, 0, File_Printer(ctx));
-        return Finish(ctx, outcome);
+        return Finish(ctx, Ledger_Road::Inbox, QStringLiteral("\\new"), outcome);
     }
     ctx.err << "vexcli: receive pack|usb|inbox\n";
     return 2;

@@ -57,5 +57,6 @@ int Cmd_Remote(Context& ctx);
 int Cmd_Car(Context& ctx);
 int Cmd_Driver(Context& ctx);
 int Cmd_Config(Context& ctx);
+int Cmd_Ledger(Context& ctx);
 
 } // namespace vex::cli

@@ -70,6 +70,8 @@ const Command kCommands[] = {
      Cmd_Driver},
     {"config", "config show|set FIELD VALUE...",
      "the settings row: company, login, FTP account and company code, graph axes, idle minutes", Cmd_Config},
+    {"ledger", "ledger [--from YYMMDD --to YYMMDD] [--car CODE] [--driver CODE] [--kind KIND] [--findings]",
+     "the receptions, what became of each day, and the notes on the days stored", Cmd_Ledger},
 };
 
 void Usage(QTextStream& s)

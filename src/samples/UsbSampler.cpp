@@ -23,6 +23,7 @@ const QList<UsbDamageInfo> kDamageKinds = {
     {UsbDamage::BadStamps, "bad-stamps", "extra blocks stamped with letters, month 13 or FFFFFF"},
     {UsbDamage::FfSamples, "ff-samples", "samples of FF: speed, channel and metres"},
     {UsbDamage::SecondRecording, "second-recording", "the first driving hour recorded again at the end"},
+    {UsbDamage::SlippingSensor, "slipping-sensor", "the distance sensor counts 70% of the way driven"},
 };
 
 uint8_t Bcd(int v)
@@ -432,6 +433,10 @@ std::optional<UsbSample> Make_Sample_Usb(const UsbSampleRequest& r, QString* err
     auto days = Build_Days(r.first, r.days, r.seed, r.cyclesDir, error);
     if (!days)
         return std::nullopt;
+    if (Has(r, UsbDamage::SlippingSensor))
+        for (Day_Data& d : *days)
+            for (int& metres : d.metres)
+                metres = metres * 7 / 10;
 
     UsbSample sample;
     for (const Day_Data& d : *days)

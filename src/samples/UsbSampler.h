@@ -47,6 +47,9 @@ enum class UsbDamage {
     // end of the log, with other values: the first recording of a minute (a
     // "130") or a second (a "250", whose later days lie between) wins.
     SecondRecording,
+    // The distance sensor slips: every minute's metres are 70% of the way
+    // the speeds drove. A plausibility finding, not a fault of the format.
+    SlippingSensor,
 };
 
 struct UsbDamageInfo {

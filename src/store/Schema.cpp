@@ -71,6 +71,11 @@ std::vector<Table> Build()
         // rows and this list commit together, the renames follow, and a run
         // cut short is finished at the next start.
         Make("X_RENAME", {{1, 2, T}}, kKey, true),
+        // The ledger of receptions, its days and their findings: the
+        // office's own record, never part of a package.
+        Make("X_LEDGER", {{1, 7, T}}, kKey, true),
+        Make("X_LEDGER_DAY", {{1, 8, T}}, kKey, true),
+        Make("X_FINDING", {{1, 3, T}, {4, 4, I}, {5, 6, N}, {7, 8, T}}, kKey, true),
     };
 }
 
