@@ -4,6 +4,7 @@
 
 #include "analysis/Plausibility.h"
 #include "core/Codes.h"
+#include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "exchange/Reception_Ledger.h"
 
@@ -24,6 +25,20 @@ bool Known_Kind(const QString& name)
 }
 
 } // namespace
+
+void Tell_Ledger(Context& ctx, Ledger_Road road, const QString& source, const QString& summary,
+                 std::vector<Ledger_Day> days)
+{
+    try {
+        const Ledger_Entry entry = Record_Reception(*G().DB, road, source, summary, std::move(days));
+        ctx.out << Ledger_Line(entry) << "\n";
+        for (const Ledger_Day& d : entry.days)
+            for (const Finding& f : d.findings)
+                ctx.out << "  " << d.what << "  " << Finding_Text(f) << "\n";
+    } catch (const RunTimeError& e) {
+        ctx.err << "vexcli: the ledger could not be written: " << e.what() << "\n";
+    }
+}
 
 int Cmd_Ledger(Context& ctx)
 {

@@ -11,7 +11,6 @@
 #include "acquisition/Last_Reception.h"
 #include "acquisition/Reception.h"
 #include "acquisition/UsbRecorder.h"
-#include "analysis/Plausibility.h"
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
@@ -94,15 +93,7 @@ std::function<void(const Inbox_File&)> File_Printer(Context& ctx)
 int Finish(Context& ctx, Ledger_Road road, const QString& source, const Reception_Outcome& outcome)
 {
     ctx.out << "수신완료\n" << outcome.Summary() << "\n";
-    try {
-        const Ledger_Entry entry = Record_Reception(*G().DB, road, source, outcome.Summary(), Ledger_Days(outcome));
-        ctx.out << Ledger_Line(entry) << "\n";
-        for (const Ledger_Day& d : entry.days)
-            for (const Finding& f : d.findings)
-                ctx.out << "  " << d.what << "  " << Finding_Text(f) << "\n";
-    } catch (const RunTimeError& e) {
-        ctx.err << "vexcli: the ledger could not be written: " << e.what() << "\n";
-    }
+    Tell_Ledger(ctx, road, source, outcome.Summary(), Ledger_Days(outcome));
     ctx.out.flush();
     if (!outcome.Clean()) {
         ctx.err << "vexcli: " << outcome.Summary() << "\n";

@@ -1,6 +1,8 @@
 #pragma once
 // vexcli: every command is a function of this table. A command receives the
 // words after its name and prints to out; errors go to err with exit code 2.
+#include "exchange/Reception_Ledger.h"
+
 #include <QStringList>
 #include <QTextStream>
 
@@ -58,5 +60,11 @@ int Cmd_Car(Context& ctx);
 int Cmd_Driver(Context& ctx);
 int Cmd_Config(Context& ctx);
 int Cmd_Ledger(Context& ctx);
+
+// The ledger entry of a reception or import, then its line ("3 days stored,
+// 1 with a note") and each note; a ledger that can't be written is told on
+// stderr and changes nothing of the reception's own result.
+void Tell_Ledger(Context& ctx, Ledger_Road road, const QString& source, const QString& summary,
+                 std::vector<Ledger_Day> days);
 
 } // namespace vex::cli

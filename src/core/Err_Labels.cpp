@@ -212,6 +212,7 @@ constexpr Label kLabels[] = {
     {kErrDayStatus, "frm_daystatus - Load"},
     {kErrOverFuel, "frm_overfuel - Load"},
     {kErrRegisterCodes, "Keep_Progress - Register_Codes"},
+    {kErrLedger, "Reception_Ledger - Record_Reception"},
 };
 
 } // namespace

@@ -47,6 +47,7 @@ enum Err_Code : int16_t {
     kErrDayStatus = 2023,
     kErrOverFuel = 2024,
     kErrRegisterCodes = 2025,
+    kErrLedger = 2026,
 };
 
 // Label of a handler code: "object - procedure"; empty for gaps and codes

@@ -95,6 +95,20 @@ void Remove_Stale_Scratch(const QString& exp)
 // a scratch folder of its own under "\exp", removed whatever happened, and
 // only the entries an import uses are written there: nothing a package holds
 // outlives its import or stands in the way of the next.
+// The keys of a table's rows that the copy took: all but those it refused
+// ("D_D1 '<key>': why").
+QStringList Written_Keys(const Source_Table& rows, const QStringList& refused)
+{
+    QStringList keys;
+    for (const QVariantList& row : rows.rows) {
+        const QString key = rows.Value(row, QStringLiteral("D_F1")).toString();
+        const QString told = QStringLiteral("D_D1 '") + key + QStringLiteral("': ");
+        if (std::none_of(refused.begin(), refused.end(), [&](const QString& r) { return r.startsWith(told); }))
+            keys << key;
+    }
+    return keys;
+}
+
 void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_Report& report,
                 const Exchange_Progress& progress)
 {
@@ -133,8 +147,11 @@ void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_R
     for (size_t i = 0; i < read.size(); ++i) {
         if (progress)
             progress(tables[int(i)], 0, int(read[i].rows.size()));
+        const int refusedBefore = int(report.refused.size());
         const int n = Copy_Rows(live, tables[int(i)], read[i], progress, &report.refused);
         report.tables.emplace_back(tables[int(i)], n);
+        if (tables[int(i)] == QLatin1String("D_D1"))
+            report.trips << Written_Keys(read[i], report.refused.mid(refusedBefore));
     }
 }
 

@@ -47,6 +47,7 @@ struct Exchange_Report {
     std::vector<std::pair<QString, int>> tables;    // rows per table
     QStringList files;                              // day files moved
     QStringList refused;                            // rows not taken: "table key: why"
+    QStringList trips;                              // D_D1 keys an import wrote
     // "D_D1 31, D_D2 12, ...", the files and the rows refused.
     QString Text() const;
 };

@@ -130,6 +130,18 @@ std::vector<Ledger_Day> Ledger_Days(const Reception_Outcome& outcome)
     return days;
 }
 
+std::vector<Ledger_Day> Ledger_Days(const Exchange_Report& report)
+{
+    std::vector<Ledger_Day> days;
+    for (const QString& key : report.trips)
+        days.push_back({key, QStringLiteral("stored"), {}, {}, {}, {}});
+    for (const QString& line : report.refused) {
+        const int colon = line.indexOf(QStringLiteral(": "));
+        days.push_back({line.left(colon), QStringLiteral("refused"), colon < 0 ? QString() : line.mid(colon + 2), {}, {}, {}});
+    }
+    return days;
+}
+
 std::vector<Finding> Check_Stored_Day(Cls_DB& db, const QString& key, const QString& source,
                                       const QStringList& ignoring)
 {

@@ -19,6 +19,7 @@
 //                 car, driver or reception
 #include "acquisition/Reception.h"
 #include "analysis/Plausibility.h"
+#include "exchange/Exchange_Tables.h"
 
 #include <QString>
 #include <QStringList>
@@ -55,6 +56,9 @@ struct Ledger_Entry {
 
 // The days of a reception's outcome, stored ones first.
 std::vector<Ledger_Day> Ledger_Days(const Reception_Outcome& outcome);
+
+// The days an import wrote and the rows it refused ("table 'key': why").
+std::vector<Ledger_Day> Ledger_Days(const Exchange_Report& report);
 
 // Checks every stored day of the entry against the store and writes the
 // entry, its days and their findings in one transaction; the entry comes

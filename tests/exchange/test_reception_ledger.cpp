@@ -101,6 +101,15 @@ TEST(Ledger, AMediumWithASlippingSensorIsNotedInTheLastLineAndKeptThroughBackupA
     unzip.start("unzip", {"-o", "-q", temp.Path("out.zip"), "-d", temp.Path("unpacked")});
     ASSERT_TRUE(unzip.waitForFinished(30000));
     EXPECT_EQ(Ledger_Rows(temp.Path("unpacked/exp.mdb")), 0);
+    // Another site imports it: the same distance notes, on the import's entry.
+    const QString other = temp.Path("other");
+    ASSERT_EQ(Cli(other, {"init"}).code, 0);
+    r = Cli(other, {"import", temp.Path("out.zip")});
+    // The package carries no driver register rows: the drivers are new there.
+    EXPECT_TRUE(r.out.contains("4 days stored, 4 with a note\n")) << r.out.toStdString();
+    r = Cli(other, {"ledger", "--findings"});
+    EXPECT_TRUE(r.out.contains("  import  out.zip")) << r.out.toStdString();
+    EXPECT_EQ(r.out.count("\n    distance  "), 2) << r.out.toStdString();
     ASSERT_EQ(Cli(app, {"backup", "--from", "261103", "--to", "261103"}).code, 0);
     ASSERT_EQ(Cli(app, {"optimise"}).code, 0);
     r = Cli(app, {"ledger"});
