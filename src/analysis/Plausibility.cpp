@@ -1,6 +1,7 @@
 #include "analysis/Plausibility.h"
 
 #include "core/Messages.h"
+#include "core/VbText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -323,12 +324,7 @@ QString Finding_Text(const Finding& f)
     }
     if (f.second < 0)
         return text;
-    const int s = f.second;
-    return QStringLiteral("%1:%2:%3 ")
-               .arg(s / 3600, 2, 10, QLatin1Char('0'))
-               .arg(s / 60 % 60, 2, 10, QLatin1Char('0'))
-               .arg(s % 60, 2, 10, QLatin1Char('0'))
-           + text;
+    return Clock_Of_Second(f.second) + QLatin1Char(' ') + text;
 }
 
 } // namespace vex

@@ -9,16 +9,6 @@
 
 namespace vex::cli {
 
-namespace {
-
-QString Option(const QStringList& args, const QString& name)
-{
-    const int i = args.indexOf(name);
-    return i >= 0 && i + 1 < args.size() ? args[i + 1] : QString();
-}
-
-} // namespace
-
 int Cmd_Agency(Context& ctx)
 {
     const QString from = Option(ctx.args, "--from"), to = Option(ctx.args, "--to");

@@ -16,12 +16,6 @@ namespace vex::cli {
 
 namespace {
 
-QString Option(const QStringList& args, const QString& name)
-{
-    const int i = args.indexOf(name);
-    return i >= 0 && i + 1 < args.size() ? args[i + 1] : QString();
-}
-
 Exchange_Progress Printer(Context& ctx)
 {
     return [&ctx](const QString& stage, int done, int all) {

@@ -103,12 +103,6 @@ int Finish(Context& ctx, Ledger_Road road, const QString& source, const Receptio
 }
 
 // "--name value" of the arguments, or empty.
-QString Option(const QStringList& args, const QString& name)
-{
-    const int i = args.indexOf(name);
-    return i >= 0 && i + 1 < args.size() ? args[i + 1] : QString();
-}
-
 QDate Day_Date(const QString& yymmdd)
 {
     if (yymmdd.size() != 6 || !All_Digits(yymmdd))

@@ -60,6 +60,10 @@ int Cmd_Car(Context& ctx);
 int Cmd_Driver(Context& ctx);
 int Cmd_Config(Context& ctx);
 int Cmd_Ledger(Context& ctx);
+int Cmd_Marks(Context& ctx);
+
+// The word after name among args ("--from 261001"); empty when absent.
+QString Option(const QStringList& args, const QString& name);
 
 // The ledger entry of a reception or import, then its line ("3 days stored,
 // 1 with a note") and each note; a ledger that can't be written is told on

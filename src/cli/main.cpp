@@ -72,6 +72,8 @@ const Command kCommands[] = {
      "the settings row: company, login, FTP account and company code, graph axes, idle minutes", Cmd_Config},
     {"ledger", "ledger [--from YYMMDD --to YYMMDD] [--car CODE] [--driver CODE] [--kind KIND] [--findings]",
      "the receptions, what became of each day, and the notes on the days stored", Cmd_Ledger},
+    {"marks", "marks explain CAR DRIVER YYMMDD | marks trend --from YYMM --to YYMM [--driver CODE]",
+     "a trip's mark step by step with the events behind it; the drivers month by month", Cmd_Marks},
 };
 
 void Usage(QTextStream& s)

@@ -129,4 +129,10 @@ QString HHMM_Of_Minutes(int minutes)
     return Pad2(QString::number(m / 60)) + Pad2(QString::number(m % 60));
 }
 
+QString Clock_Of_Second(int second)
+{
+    return Pad2(QString::number(second / 3600)) + QLatin1Char(':') + Pad2(QString::number(second / 60 % 60))
+           + QLatin1Char(':') + Pad2(QString::number(second % 60));
+}
+
 } // namespace vex

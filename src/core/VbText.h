@@ -28,4 +28,7 @@ QString Fixed(const QString& value, int width);
 // "HHMM" of minutes past midnight, wrapping at a day (-1 is "2359").
 QString HHMM_Of_Minutes(int minutes);
 
+// "HH:MM:SS" of a second of the day.
+QString Clock_Of_Second(int second);
+
 } // namespace vex

@@ -1,0 +1,91 @@
+// vexcli marks explain CAR DRIVER YYMMDD: a trip's mark step by step and the
+// events behind it; vexcli marks trend: the drivers month by month.
+#include "cli/Commands.h"
+
+#include "analysis/Driver_Trends.h"
+#include "analysis/Trip_Explanation.h"
+#include "core/Codes.h"
+#include "core/Err_Proc.h"
+#include "core/Messages.h"
+#include "core/Mod_Main.h"
+#include "registers/Register_Lookup.h"
+#include "store/Cls_DB.h"
+
+namespace vex::cli {
+
+namespace {
+
+constexpr const char* kUsage = "usage: vexcli marks explain CARCODE DRIVERCODE YYMMDD\n"
+                               "       vexcli marks trend --from YYMM --to YYMM [--driver CODE]\n";
+
+bool Is_Month(const QString& yymm)
+{
+    return yymm.size() == 4 && Is_Day(yymm + QStringLiteral("01"));
+}
+
+int Explain(Context& ctx)
+{
+    if (ctx.args.size() != 4 || !Is_Code(ctx.args[1]) || !Is_Code(ctx.args[2]) || !Is_Day(ctx.args[3])) {
+        ctx.err << "vexcli: marks explain takes a car code, a driver code and a day as YYMMDD\n" << kUsage;
+        return 2;
+    }
+    if (!Start_App(ctx) || !Load_App_Settings(ctx))
+        return 2;
+    try {
+        const Trip_Explanation e = Explain_Trip(*G().DB, *G().Config, ctx.args[1], ctx.args[2], ctx.args[3]);
+        if (!e.found) {
+            ctx.err << "vexcli: no stored trip " << ctx.args[1] + ctx.args[2] + ctx.args[3] << "\n";
+            return 1;
+        }
+        for (const QString& line : Explanation_Lines(e))
+            ctx.out << line << "\n";
+    } catch (const RunTimeError& e) {
+        ctx.err << "vexcli: " << e.what() << "\n";
+        return 1;
+    }
+    return 0;
+}
+
+int Trend(Context& ctx)
+{
+    const QString from = Option(ctx.args, QStringLiteral("--from")), to = Option(ctx.args, QStringLiteral("--to"));
+    const QString driver = Option(ctx.args, QStringLiteral("--driver"));
+    if (!Is_Month(from) || !Is_Month(to) || from > to || (!driver.isEmpty() && !Is_Code(driver))) {
+        ctx.err << "vexcli: marks trend takes --from and --to as YYMM, the first not after the second, and a "
+                   "driver code\n"
+                << kUsage;
+        return 2;
+    }
+    if (!Start_App(ctx))
+        return 2;
+    const std::vector<Driver_Month> rows = Driver_Trends(*G().DB, from, to, driver);
+    ctx.out << Lang_Text(QStringLiteral("월    운전자  이름        운행   거리 km  평균 점수  100km당 이벤트  과속 분  순위    변화"),
+                         QStringLiteral("month driver  name        trips  km       avg mark   events/100 km   over min rank    change"))
+            << "\n";
+    for (const Driver_Month& m : rows) {
+        const QString change = m.change ? QString::asprintf("%+.1f", *m.change) : QStringLiteral("-");
+        ctx.out << QString::asprintf("%-5s %-7s ", qPrintable(m.month), qPrintable(m.driver))
+                << Driver_Name_Of(*G().DB, m.driver).leftJustified(11, QLatin1Char(' '), true)
+                << QString::asprintf(" %5d  %8.1f  %8.1f   %12.2f   %7.0f  %3d/%-3d %6s\n", m.trips, m.km,
+                                     m.averageMark, m.eventsPer100Km, m.overspeedMinutes, m.rank, m.drivers,
+                                     qPrintable(change));
+    }
+    if (rows.empty())
+        ctx.out << Lang_Text(QStringLiteral("기간에 운행이 없습니다"), QStringLiteral("no trips in the period")) << "\n";
+    return 0;
+}
+
+} // namespace
+
+int Cmd_Marks(Context& ctx)
+{
+    const QString what = ctx.args.value(0);
+    if (what == QLatin1String("explain"))
+        return Explain(ctx);
+    if (what == QLatin1String("trend"))
+        return Trend(ctx);
+    ctx.err << kUsage;
+    return 2;
+}
+
+} // namespace vex::cli
