@@ -1,8 +1,14 @@
 // vexcli sample MEDIUM ...: writes sample recorder media for trying the
 // reception without a vehicle. Each medium is a sub-command of its own.
+#include "cli/Commands.h"
+
+#include "core/Err_Proc.h"
+#include "core/Mod_Main.h"
+#include "exchange/Reception_Ledger.h"
+#include "samples/Fleet_Sampler.h"
 #include "samples/PackSampler.h"
 #include "samples/UsbSampler.h"
-#include "cli/Commands.h"
+#include "store/Cls_DB.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -269,10 +275,69 @@ struct Medium {
     int (*run)(Context&, const QStringList&);
 };
 
+constexpr const char* kFleetUsage =
+    "usage: vexcli sample fleet --cars N --days D [--from YYMMDD] [--drivers K] [--cycles DIR]\n";
+
+// A whole fleet into the application folder, received as a reception would
+// receive it, each week's pass in the ledger.
+int Sample_Fleet(Context& ctx, const QStringList& words)
+{
+    Options o;
+    QString why;
+    if (!o.Parse(words, {"cars", "days", "from", "drivers", "cycles"}, &why)) {
+        ctx.err << "vexcli sample fleet: " << why << "\n" << kFleetUsage;
+        return 2;
+    }
+    Fleet_Request r;
+    bool okCars = false, okDays = false, okDrivers = true;
+    r.cars = o.Last("cars").toInt(&okCars);
+    r.days = o.Last("days").toInt(&okDays);
+    if (o.Has("drivers"))
+        r.driversPerCar = o.Last("drivers").toInt(&okDrivers);
+    if (o.Has("from"))
+        r.first = Parse_Day(o.Last("from"));
+    r.cyclesDir = o.Last("cycles");
+    if (!okCars || !okDays || !okDrivers || r.cars < 1 || r.cars > 4096 || r.days < 1 || r.days > 3660
+        || r.driversPerCar < 1 || r.driversPerCar > 16 || !r.first.isValid()) {
+        ctx.err << "vexcli sample fleet: --cars 1 to 4096, --days 1 to 3660, --drivers 1 to 16, --from YYMMDD\n"
+                << kFleetUsage;
+        return 2;
+    }
+    if (!Start_App(ctx) || !Load_App_Settings(ctx))
+        return 2;
+    int notes = 0;
+    const Fleet_Result result = Fill_Fleet(
+        *G().DB, r,
+        [&](int done, int all) {
+            ctx.err << "fleet " << done << "/" << all << "\n";
+            ctx.err.flush();
+        },
+        [&](const Reception_Outcome& outcome) {
+            try {
+                notes += Record_Reception(*G().DB, Ledger_Road::Inbox, QStringLiteral("sample fleet"),
+                                          outcome.Summary(), Ledger_Days(outcome))
+                             .Stored_With_Findings();
+            } catch (const RunTimeError& e) {
+                ctx.err << "vexcli: the ledger could not be written: " << e.what() << "\n";
+            }
+        });
+    if (!result.error.isEmpty()) {
+        ctx.err << "vexcli sample fleet: " << result.error << "\n";
+        return 1;
+    }
+    ctx.out << r.cars << " cars, " << r.cars * r.driversPerCar << " drivers, " << result.trips << " trips stored, "
+            << notes << " with a note";
+    if (result.kept > 0)
+        ctx.out << ", " << result.kept << " files left in \\new";
+    ctx.out << "\n";
+    return result.kept > 0 ? 1 : 0;
+}
+
 const Medium kMedia[] = {
     {"pack", Sample_Pack},
     {"usb", Sample_Usb},
     {"ntd", Sample_Ntd},
+    {"fleet", Sample_Fleet},
 };
 
 } // namespace
@@ -290,6 +355,7 @@ int Cmd_Sample(Context& ctx)
     ctx.err << kUsbUsage << "damage kinds:\n";
     for (const UsbDamageInfo& d : Usb_Damage_Kinds())
         ctx.err << "  " << QString::fromLatin1(d.name).leftJustified(20) << d.what << "\n";
+    ctx.err << kFleetUsage;
     return 2;
 }
 

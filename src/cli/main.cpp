@@ -23,7 +23,7 @@ const Command kCommands[] = {
      "usb --model 130|250 [--medium DIR] [--from --to]: a USB medium; inbox: decode what waits in \\new",
      Cmd_Receive},
     {"day", "day CARCODE DRIVERCODE YYMMDD", "show what is stored of one day", Cmd_Day},
-    {"sample", "sample pack|usb|ntd --out ...", "write a sample memory pack image, USB medium or saved day",
+    {"sample", "sample pack|usb|ntd --out ... | sample fleet --cars N --days D", "write a sample memory pack image, USB medium or saved day",
      Cmd_Sample},
     {"graph", "graph day|hour|quickbrake|marks ...",
      "day CAR DRIVER YYMMDD [--zoom 1|2|6|12|24 --hour H]: the day; hour CAR DRIVER YYMMDD HH [--zoom 1|2|15|30|60 "

@@ -213,6 +213,7 @@ constexpr Label kLabels[] = {
     {kErrOverFuel, "frm_overfuel - Load"},
     {kErrRegisterCodes, "Keep_Progress - Register_Codes"},
     {kErrLedger, "Reception_Ledger - Record_Reception"},
+    {kErrFleet, "Fleet_Sampler - Register"},
 };
 
 } // namespace

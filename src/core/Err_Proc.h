@@ -48,6 +48,7 @@ enum Err_Code : int16_t {
     kErrOverFuel = 2024,
     kErrRegisterCodes = 2025,
     kErrLedger = 2026,
+    kErrFleet = 2027,
 };
 
 // Label of a handler code: "object - procedure"; empty for gaps and codes
