@@ -102,9 +102,11 @@ void frmDB_Main::Command1_Click()
             Msg_Box(1243);
             return;
         }
-        const Exchange_Report r = Keep_With_Progress(this, QStringLiteral("DB Loading..."), [&](const Exchange_Progress& p) {
-            return Import_Package(*G().DB, TDBText4->text(), false, p);
-        });
+        const QString package = TDBText4->text();
+        const Exchange_Report r = Keep_With_Progress(this, QStringLiteral("DB Loading..."),
+                                                     [package](Cls_DB& db, const Exchange_Progress& p) {
+                                                         return Import_Package(db, package, false, p);
+                                                     });
         Label_Note->setText(r.Text());
         Msg_Box(r.message);
         return;

@@ -23,6 +23,11 @@ void Job::Progress(const QString& text, int done, int all)
         runner, [runner, text, done, all] { emit runner->Progress(text, done, all); }, Qt::QueuedConnection);
 }
 
+void Job::On_Caller(const std::function<void()>& f)
+{
+    QMetaObject::invokeMethod(&runner_, f, Qt::BlockingQueuedConnection);
+}
+
 Job_Runner::Job_Runner(QObject* parent) : QObject(parent) {}
 
 Job_Runner::Job_Runner(const DbTarget& target, QObject* parent) : QObject(parent), target_(target) {}

@@ -36,6 +36,10 @@ public:
     // Told on the caller's thread as the runner's Progress signal: a stage
     // text (may be empty), units done of all (all 0 when not counted).
     void Progress(const QString& text, int done = 0, int all = 0);
+    // Runs f on the caller's thread and returns once it has run: a message
+    // box the work must wait for. Only while the caller waits with
+    // Wait_Events (a blocked caller would never run it).
+    void On_Caller(const std::function<void()>& f);
 
 private:
     friend class Job_Runner;
