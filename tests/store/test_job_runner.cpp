@@ -125,4 +125,26 @@ TEST_P(JobRunner, AFailureOfTheWorkOrOfItsConnectionReachesTheResult)
     }
 }
 
+TEST_P(JobRunner, WhatTheWorkWaitsForRunsOnTheCallersThreadInItsOrder)
+{
+    // A box shown mid-way: the work goes on only once it has been shown.
+    QThread* const caller = QThread::currentThread();
+    Job_Runner runner(db->Target());
+    QStringList order;
+    QObject::connect(&runner, &Job_Runner::Progress, [&](const QString& text) { order << text; });
+    runner.Start([&](Job& job) -> std::any {
+        job.Progress("before");
+        job.On_Caller([&] {
+            EXPECT_EQ(QThread::currentThread(), caller);
+            order << "box";
+        });
+        job.Db().Register_Driver(Driver(1));
+        order << "after"; // the caller is in the box's wake, not touching the list
+        return 0;
+    });
+    EXPECT_TRUE(runner.Wait_Events().Ok());
+    EXPECT_EQ(order, QStringList({"before", "box", "after"}));
+    EXPECT_EQ(Rows("S_D2"), 1);
+}
+
 VEX_INGEST_ENGINES(JobRunner);
