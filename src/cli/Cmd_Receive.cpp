@@ -234,7 +234,7 @@ int Receive_Usb(Context& ctx)
 
     // Receive step: the chosen dates, else the days the medium holds.
     const Filing_Note who = Usb_Reception_Note(*master, from.isEmpty() ? oldest : from, to.isEmpty() ? newest : to);
-    return Finish(ctx, Receive_Usb_Log(model, medium.Log(), who, {}, File_Printer(ctx)));
+    return Finish(ctx, Receive_Usb_Log(*G().DB, model, medium.Log(), who, {}, File_Printer(ctx)));
 }
 
 } // namespace
@@ -250,9 +250,9 @@ int Cmd_Receive(Context& ctx)
         if (!Start_App(ctx) || !Load_App_Settings(ctx))
             return 2;
         Reception_Outcome outcome;
-        outcome.failure = Reception_Precheck();
+        outcome.failure = Reception_Precheck(G().DB.get());
         if (outcome.failure.isEmpty())
-            Run_Inbox(outcome, {}, 0, File_Printer(ctx));
+            Run_Inbox(*G().DB, outcome, {}, 0, File_Printer(ctx));
         return Finish(ctx, outcome);
     }
     ctx.err << "vexcli: receive pack|usb|inbox\n";

@@ -11,7 +11,6 @@
 #include "forms/logic/Usb_Drives.h"
 #include "store/Cls_DB.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
@@ -217,8 +216,8 @@ void frmPack_Read1::Progress(int done, int all)
 {
     ProgressBar1->setRange(0, std::max(all, 1));
     ProgressBar1->setValue(std::min(done, std::max(all, 1)));
-    // Long work stays on this thread; the window answers between days.
-    QCoreApplication::processEvents();
+    // Painted at once: the analyzer's reads hold this thread.
+    ProgressBar1->repaint();
 }
 
 void frmPack_Read1::Receive_Step()
@@ -230,29 +229,33 @@ void frmPack_Read1::Receive_Step()
     ProgressBar1->setRange(0, 1);
     ProgressBar1->setValue(0);
     Label_Result->clear();
-    QCoreApplication::processEvents();
-    auto progress = [this](int done, int all, const QString&) { Progress(done, all); };
+    const Reception_Progress progress = [this](int done, int all, const QString&) { Progress(done, all); };
     // While another program holds the database the dialog says it waits.
-    std::function<void(const QString&)> notice;
-    if (G().DB) {
-        notice = G().DB->Wait_Notice;
-        G().DB->Wait_Notice = [this](const QString& text) {
-            Label_Result->setText(text);
-            QCoreApplication::processEvents();
-        };
-    }
+    const auto notice = [this](const QString& text) { Label_Result->setText(text); };
     Pack_Receive r;
     if (source_ == QLatin1String("pack")) {
+        // The analyzer's pages on this thread, whose port it is; then the
+        // files in \new stored as a job.
         if (G().IO)
             G().IO->Message = [](int id) { Msg_Box(id); };
-        r = Pack_Receive_Step(range, from, to, progress);
+        Pack_Read read = Pack_Read_Step(range, from, to, progress);
         if (G().IO)
             G().IO->Message = nullptr;
+        r = read.receive;
+        if (read.inboxDue)
+            r = Reception_Job(
+                [read](Cls_DB& db, const Reception_Progress& told) {
+                    Pack_Receive stored = read.receive;
+                    Run_Inbox(db, stored.outcome, told, read.daysRead);
+                    return stored;
+                },
+                progress, notice);
     } else {
-        r = Usb_Receive_Step(source_, root_, range, from, to, progress);
+        const QString source = source_, root = root_;
+        r = Reception_Job([&](Cls_DB& db, const Reception_Progress& told) {
+            return Usb_Receive_Step(db, source, root, range, from, to, told);
+        }, progress, notice);
     }
-    if (G().DB)
-        G().DB->Wait_Notice = notice;
     if (r.ok) {
         ProgressBar1->setValue(ProgressBar1->maximum());
         Label_Result->setText(r.outcome.Summary());
