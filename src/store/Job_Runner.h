@@ -23,6 +23,7 @@ class QThread;
 namespace vex {
 
 class Cls_DB;
+class Job_Runner;
 
 // What the work sees of its runner.
 class Job {
@@ -43,7 +44,7 @@ public:
 
 private:
     friend class Job_Runner;
-    Job(class Job_Runner& runner, Cls_DB* db, const std::atomic_bool& cancel)
+    Job(Job_Runner& runner, Cls_DB* db, const std::atomic_bool& cancel)
         : runner_(runner), db_(db), cancel_(cancel)
     {
     }
@@ -87,8 +88,6 @@ public:
     // Runs this thread's events until Finished has been delivered: a window
     // stays alive, repaints and takes its Cancel button meanwhile.
     const Job_Result& Wait_Events();
-    // The last job's result; whole once Finished was delivered.
-    const Job_Result& Result() const { return result_; }
 
 signals:
     void Progress(const QString& text, int done, int all);
