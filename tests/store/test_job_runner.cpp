@@ -88,6 +88,22 @@ TEST_P(JobRunner, ACancelStopsBetweenUnitsAndKeepsWhatWasWritten)
     // The runner takes the next job afresh, not cancelled.
     runner.Start([&](Job& job) -> std::any { return job.Cancelled(); });
     EXPECT_FALSE(runner.Wait().Value<bool>());
+
+    // A runner that goes while its job runs cancels it and waits for it.
+    std::atomic_bool sawCancel = false;
+    {
+        Job_Runner going(db->Target());
+        QSemaphore started;
+        going.Start([&](Job& job) -> std::any {
+            started.release();
+            while (!job.Cancelled())
+                QThread::yieldCurrentThread();
+            sawCancel = true;
+            return {};
+        });
+        started.acquire();
+    }
+    EXPECT_TRUE(sawCancel);
 }
 
 TEST_P(JobRunner, AFailureOfTheWorkOrOfItsConnectionReachesTheResult)
