@@ -10,6 +10,7 @@
 #include "forms/logic/Reception_Logic.h"
 #include "forms/logic/Usb_Drives.h"
 #include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -216,8 +217,6 @@ void frmPack_Read1::Progress(int done, int all)
 {
     ProgressBar1->setRange(0, std::max(all, 1));
     ProgressBar1->setValue(std::min(done, std::max(all, 1)));
-    // Painted at once: the analyzer's reads hold this thread.
-    ProgressBar1->repaint();
 }
 
 void frmPack_Read1::Receive_Step()
@@ -234,26 +233,24 @@ void frmPack_Read1::Receive_Step()
     const auto notice = [this](const QString& text) { Label_Result->setText(text); };
     Pack_Receive r;
     if (source_ == QLatin1String("pack")) {
-        // The analyzer's pages on this thread, whose port it is; then the
-        // files in \new stored as a job.
-        if (G().IO)
-            G().IO->Message = [](int id) { Msg_Box(id); };
-        Pack_Read read = Pack_Read_Step(range, from, to, progress);
-        if (G().IO)
-            G().IO->Message = nullptr;
-        r = read.receive;
-        if (read.inboxDue)
-            r = Reception_Job(
-                [read](Cls_DB& db, const Reception_Progress& told) {
-                    Pack_Receive stored = read.receive;
-                    Run_Inbox(db, stored.outcome, told, read.daysRead);
-                    return stored;
-                },
-                progress, notice);
+        // The analyzer's port is lent to the job; a box of the pack routines
+        // comes here while the job waits for it.
+        r = Reception_Job(
+            [&](Job& job, const Reception_Progress& told) {
+                if (G().IO)
+                    G().IO->Message = [&job](int id) { job.On_Caller([id] { Msg_Box(id); }); };
+                Pack_Read read = Pack_Read_Step(range, from, to, told);
+                if (G().IO)
+                    G().IO->Message = nullptr;
+                if (read.inboxDue)
+                    Run_Inbox(job.Db(), read.receive.outcome, told, read.daysRead);
+                return read.receive;
+            },
+            progress, notice, G().Port.get());
     } else {
         const QString source = source_, root = root_;
-        r = Reception_Job([&](Cls_DB& db, const Reception_Progress& told) {
-            return Usb_Receive_Step(db, source, root, range, from, to, told);
+        r = Reception_Job([&](Job& job, const Reception_Progress& told) {
+            return Usb_Receive_Step(job.Db(), source, root, range, from, to, told);
         }, progress, notice);
     }
     if (r.ok) {

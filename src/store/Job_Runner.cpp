@@ -39,7 +39,7 @@ Job_Runner::~Job_Runner()
         thread_->wait();
 }
 
-bool Job_Runner::Start(Work work)
+bool Job_Runner::Start(Work work, QObject* lent)
 {
     if (running_)
         return false;
@@ -48,12 +48,14 @@ bool Job_Runner::Start(Work work)
     running_ = true;
     cancel_ = false;
     result_ = Job_Result();
-    thread_.reset(QThread::create([this, work = std::move(work)] { Run(work); }));
+    thread_.reset(QThread::create([this, work = std::move(work), lent] { Run(work, lent); }));
+    if (lent)
+        lent->moveToThread(thread_.get());
     thread_->start();
     return true;
 }
 
-void Job_Runner::Run(const Work& work)
+void Job_Runner::Run(const Work& work, QObject* lent)
 {
     Job_Result result;
     {
@@ -75,6 +77,8 @@ void Job_Runner::Run(const Work& work)
         }
         // The connection closes here, in the thread that opened it.
     }
+    if (lent)
+        lent->moveToThread(thread()); // only the thread it lives in may give it back
     result.cancelled = cancel_;
     QMetaObject::invokeMethod(
         this,

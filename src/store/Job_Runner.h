@@ -76,8 +76,11 @@ public:
     Job_Runner(const Job_Runner&) = delete;
     Job_Runner& operator=(const Job_Runner&) = delete;
 
-    // One job at a time: a start while one runs is refused (false).
-    bool Start(Work work);
+    // One job at a time: a start while one runs is refused (false). lent, an
+    // object of this thread the work uses and that must live in the thread
+    // using it (a serial port), moves to the worker for the job and back
+    // here after it; it must have no parent.
+    bool Start(Work work, QObject* lent = nullptr);
     void Cancel() { cancel_ = true; }
     // Started and its Finished not yet delivered.
     bool Running() const { return running_; }
@@ -94,7 +97,7 @@ signals:
     void Finished(const vex::Job_Result& result);
 
 private:
-    void Run(const Work& work);
+    void Run(const Work& work, QObject* lent);
 
     std::optional<DbTarget> target_;
     std::atomic_bool cancel_{false};

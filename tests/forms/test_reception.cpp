@@ -133,6 +133,9 @@ TEST_F(ReceptionTest, PackFromTheAnalyzerEmulator)
     EXPECT_TRUE(std::is_sorted(values.begin(), values.end())) << "the bar never runs back";
     EXPECT_GE(values.size(), 6u);
     EXPECT_FALSE(f->Busy());
+    // The analyzer's port, lent to the reception's job, is back on this
+    // thread for the next info step.
+    EXPECT_EQ(G().Port->Device()->thread(), f->thread());
 
     // The last reception is searched under "00" + the pack's car code, newest
     // first: rows whose day has letters or a 13th month are passed over.

@@ -163,4 +163,16 @@ TEST_P(JobRunner, WhatTheWorkWaitsForRunsOnTheCallersThreadInItsOrder)
     EXPECT_EQ(Rows("S_D2"), 1);
 }
 
+TEST_P(JobRunner, AnObjectLentToTheJobLivesInItsThreadThenComesBack)
+{
+    // As the analyzer's serial port does: used only in the thread it lives in.
+    QObject port;
+    Job_Runner runner(db->Target());
+    bool inWorker = false;
+    runner.Start([&](Job&) -> std::any { return inWorker = port.thread() == QThread::currentThread(); }, &port);
+    EXPECT_TRUE(runner.Wait().Ok());
+    EXPECT_TRUE(inWorker);
+    EXPECT_EQ(port.thread(), QThread::currentThread());
+}
+
 VEX_INGEST_ENGINES(JobRunner);

@@ -180,7 +180,7 @@ Pack_Receive Usb_Receive_Step(Cls_DB& db, const QString& source, const QString& 
 }
 
 Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress& progress,
-                           const std::function<void(const QString&)>& notice)
+                           const std::function<void(const QString&)>& notice, AnalyzerPort* port)
 {
     if (!G().DB) {
         Pack_Receive r;
@@ -197,8 +197,8 @@ Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress&
     });
     runner.Start([work](Job& job) -> std::any {
         job.Db().Wait_Notice = [&job](const QString& text) { job.Progress(text); };
-        return work(job.Db(), [&job](int done, int all, const QString& what) { job.Progress(what, done, std::max(all, 1)); });
-    });
+        return work(job, [&job](int done, int all, const QString& what) { job.Progress(what, done, std::max(all, 1)); });
+    }, port ? port->Device() : nullptr);
     const Job_Result& done = runner.Wait_Events();
     if (done.Ok())
         return done.Value<Pack_Receive>();

@@ -12,6 +12,8 @@
 
 namespace vex {
 class AnalyzerLink;
+class AnalyzerPort;
+class Job;
 class Cls_DB;
 class SerialPort;
 }
@@ -52,9 +54,10 @@ struct Pack_Read {
     bool inboxDue = false; // the files in \new are to be stored next (Run_Inbox)
 };
 // The receive step of the pack source up to the inbox pass: the analyzer's
-// pages on this thread, whose port it is, into \new; with a range, days
-// from..to only. progress is told after each day read; a message of the
-// pack routines goes to Cls_IO's Message, which the caller sets.
+// pages into \new; with a range, days from..to only. progress is told after
+// each day read; a message of the pack routines goes to Cls_IO's Message,
+// which the caller sets. The pack's system page is the record of the main
+// connection (filled by the info step); no statement runs on it here.
 Pack_Read Pack_Read_Step(bool useRange, const QDate& from, const QDate& to, const Reception_Progress& progress);
 
 struct Usb_Info {
@@ -76,12 +79,12 @@ Usb_Info Usb_Info_Step(const QString& source, const QString& folder);
 Pack_Receive Usb_Receive_Step(Cls_DB& db, const QString& source, const QString& root, bool useRange, const QDate& from,
                               const QDate& to, const Reception_Progress& progress = {});
 
-// The storing part of a reception (the USB log, the inbox pass) as a job on
-// a connection of its own to the main database, this thread's events
-// running meanwhile. progress, and notice with the waits of its writes for
-// another program, are told on this thread.
-using Reception_Work = std::function<Pack_Receive(Cls_DB& db, const Reception_Progress& progress)>;
+// A reception as a job on a connection of its own to the main database
+// (job.Db()), this thread's events running meanwhile. progress, and notice
+// with the waits of its writes for another program, are told on this
+// thread. port, the analyzer's when the job talks to it, is lent to the job.
+using Reception_Work = std::function<Pack_Receive(Job& job, const Reception_Progress& progress)>;
 Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress& progress = {},
-                           const std::function<void(const QString&)>& notice = {});
+                           const std::function<void(const QString&)>& notice = {}, AnalyzerPort* port = nullptr);
 
 } // namespace vex::forms
