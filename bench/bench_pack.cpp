@@ -95,7 +95,7 @@ double Reception(const QString& root)
     link.SIO_PackCheck();
     G().IO->Pack_Reads();
     const double linkSeconds = t.nsecsElapsed() / 1e9;
-    const int decoded = Inbox_Pass();
+    const int decoded = Inbox_Pass(*G().DB);
     const double seconds = t.nsecsElapsed() / 1e9;
     G().IO->Link = nullptr;
     emulator.terminate();
@@ -149,7 +149,7 @@ void Decoding(const QString& root)
     const double read = t.nsecsElapsed() / 1e9;
     t.restart();
     for (const QString& path : files)
-        G().IO->Pack_File_Read1(path);
+        G().IO->Pack_File_Read1(*G().DB, path);
     const double decode = t.nsecsElapsed() / 1e9;
     const qint64 rows = G().DB->DB_RSet_D_D(QStringLiteral("SELECT COUNT(*) AS N FROM D_D1")).Field(QStringLiteral("N")).toLongLong();
     std::printf("decoding and storing %lld saved pack files (%lld bytes, %lld days stored)\n",

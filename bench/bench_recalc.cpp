@@ -17,6 +17,7 @@
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
+#include "store/Job_Runner.h"
 
 #include "BenchApp.h"
 
@@ -148,9 +149,9 @@ int main(int argc, char** argv)
     // Back again in the worker with its own connection.
     cfg.B_Val9 = 9;
     t.start();
-    Recount_Worker worker(db.Target(), cfg);
-    worker.Start({}, {});
-    worker.Wait();
+    Job_Runner runner(db.Target());
+    runner.Start([&cfg](Job& job) -> std::any { return Recount_Job(job, cfg); });
+    runner.Wait();
     const double workerMs = Ms(t);
     // What writing each trip at once costs: the same recount with all rows
     // in one transaction (not how it runs, for the comparison only).

@@ -99,9 +99,9 @@ void Model250(const QString& root)
     Usb_State() = Usb_Reception{QStringLiteral("12AB00"), QStringLiteral("000123"), {}, {}, {}};
     QElapsedTimer t;
     t.start();
-    Decode_Dat250(log);
+    Decode_Dat250(*G().DB, log);
     const double decode = t.nsecsElapsed() / 1e9;
-    const int files = Inbox_Pass();
+    const int files = Inbox_Pass(*G().DB);
     const double all = t.nsecsElapsed() / 1e9;
     const qint64 rows =
         G().DB->DB_RSet_D_D(QStringLiteral("SELECT COUNT(*) AS N FROM D_D1")).Field(QStringLiteral("N")).toLongLong();
@@ -161,7 +161,7 @@ void Model130(const QString& root)
     t.start();
     const QString filed = File_Dat130(log, who, QDate(2026, 2, 1));
     const double filing = t.nsecsElapsed() / 1e9;
-    Inbox_Pass();
+    Inbox_Pass(*G().DB);
     const double all = t.nsecsElapsed() / 1e9;
     const qint64 rows =
         G().DB->DB_RSet_D_D(QStringLiteral("SELECT COUNT(*) AS N FROM D_D1")).Field(QStringLiteral("N")).toLongLong();

@@ -28,7 +28,7 @@ bool Repaired_Stamp(const QString& s)
 void Pack_File(Sandbox& box, std::span<const uint8_t> input)
 {
     const QString path = box.Write(QStringLiteral("\\new\\00010002261015.Vex"), Bytes(input));
-    G().IO->Pack_File_Read1(path);
+    G().IO->Pack_File_Read1(*G().DB, path);
 }
 
 void Pack_Filing(Sandbox& box, std::span<const uint8_t> input)
@@ -37,7 +37,7 @@ void Pack_Filing(Sandbox& box, std::span<const uint8_t> input)
     Cls_IO& io = *G().IO;
     io.Read_Day = QStringLiteral("261015"); // the day the reception asked the pack for
     io.Pack_File_Read(path);
-    Inbox_Pass();
+    Inbox_Pass(*G().DB);
 }
 
 void Sys_File(Sandbox& box, std::span<const uint8_t> input)

@@ -6,6 +6,8 @@
 
 #include "acquisition/Inbox_Names.h"
 #include "acquisition/UsbRecorder.h"
+#include "core/Mod_Main.h"
+#include "store/Cls_DB.h"
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
 
@@ -157,7 +159,7 @@ void Usb_130(Sandbox& box, std::span<const uint8_t> input)
                           oneDay ? QStringLiteral("261001") : QStringLiteral("000101"),
                           oneDay ? QStringLiteral("261001") : QStringLiteral("991231")};
     box.Write(Filing_Note_Path(path), Filing_Note_Text(who));
-    Decode_Dat130(path);
+    Decode_Dat130(*G().DB, path);
 }
 
 // The bytes as they are: records of 512 bytes.
@@ -165,7 +167,7 @@ void Usb_250(Sandbox& box, std::span<const uint8_t> input)
 {
     const QString path = box.Write(QStringLiteral("\\usb\\SPDR0403.dat"), Bytes(input));
     Usb_State() = Usb_Reception{QStringLiteral("12AB00"), QStringLiteral("000123"), {}, {}, {}};
-    Decode_Dat250(path);
+    Decode_Dat250(*G().DB, path);
 }
 
 // First byte: bits 0-1 the form (1 a saved day, 2 the "250" road's day
@@ -183,7 +185,7 @@ void Ntd(Sandbox& box, std::span<const uint8_t> input)
     case 2: path = road.Lay(box, kRoadDay.size + sizeDelta, Day_File(in, kRoadDay)); break;
     default: path = box.Write(QStringLiteral("\\new\\261002.NTD"), Bytes(in.Rest())); break;
     }
-    Decode_Ntd(path);
+    Decode_Ntd(*G().DB, path);
 }
 
 } // namespace vex::fuzz

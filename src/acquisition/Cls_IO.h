@@ -17,6 +17,7 @@
 namespace vex {
 
 class AnalyzerLink;
+class Cls_DB;
 
 class Cls_IO {
 public:
@@ -72,10 +73,10 @@ public:
     bool Pack_SysFile_Read();
     // Judges the day in Read.Vex and files it under \new and \mpack; 0.
     int16_t Pack_File_Read(const QString& path);
-    // Decodes one pack file into G().DB and stores it: 0 decoded, 1 refused
-    // (check byte, empty file, or a car, driver or day that can't be a key
-    // after the repairs; Refusal says which).
-    int16_t Pack_File_Read1(const QString& path);
+    // Decodes one pack file into the record of db and stores it there: 0
+    // decoded, 1 refused (check byte, empty file, or a car, driver or day
+    // that can't be a key after the repairs; Refusal says which).
+    int16_t Pack_File_Read1(Cls_DB& db, const QString& path);
 
     QDate Today_Date() const { return Today ? Today() : QDate::currentDate(); }
 

@@ -287,14 +287,13 @@ int16_t Cls_IO::Pack_File_Read(const QString& path)
     return 0;
 }
 
-int16_t Cls_IO::Pack_File_Read1(const QString& path)
+int16_t Cls_IO::Pack_File_Read1(Cls_DB& db, const QString& path)
 {
     int16_t result = 0;
     Refusal.clear();
     Erased = false;
-    Cls_DB::Batch batch(*G().DB); // one commit a day; a failure keeps what was written
+    Cls_DB::Batch batch(db); // one commit a day; a failure keeps what was written
     Guarded(1135, [&] {
-        Cls_DB& db = *G().DB;
         Cls_Config& cfg = *G().Config;
         const std::optional<ReadRecords> rec = Read_Read(path);
         if (!rec)

@@ -145,7 +145,7 @@ QString Compress_Metres(const QString& metres)
     return out;
 }
 
-void usb_File_Read(const QString& car, const QString& driver, const QString& stamp, const QString& speed,
+void usb_File_Read(Cls_DB& db, const QString& car, const QString& driver, const QString& stamp, const QString& speed,
                    const QString& metres, const QString& second, int16_t& result)
 {
     result = 0;
@@ -155,7 +155,6 @@ void usb_File_Read(const QString& car, const QString& driver, const QString& sta
         const int hour = stamp.mid(6, 2).toInt();
         if (hour > 23 || speed.size() != kHourChars || second.size() != kHourChars || metres.size() != 2 * kHourChars)
             throw RunTimeError(QStringLiteral("Subscript out of range: hour %1").arg(stamp));
-        Cls_DB& db = *G().DB;
         Ensure_Registers(db, car, driver);
         Day_Series day;
         day.Add_Hour(hour, speed, Compress_Metres(metres), second);
@@ -164,11 +163,10 @@ void usb_File_Read(const QString& car, const QString& driver, const QString& sta
     });
 }
 
-void dd1_File_Read(const QString& car, const QString& driver, const QString& date, int16_t& result)
+void dd1_File_Read(Cls_DB& db, const QString& car, const QString& driver, const QString& date, int16_t& result)
 {
     result = 0;
     Guarded(kErrDd1_File_Read, [&] {
-        Cls_DB& db = *G().DB;
         const Cls_Config& cfg = *G().Config;
         const QString key = car + driver + date;
         bool found = false;
@@ -240,23 +238,23 @@ void dd1_File_Read(const QString& car, const QString& driver, const QString& dat
     });
 }
 
-bool Decode_Dat130(const QString& path)
+bool Decode_Dat130(Cls_DB& db, const QString& path)
 {
     const std::optional<Filing_Note> who = Read_Filing_Note(path);
     if (!who) {
         Err_Proc(kErrHex2, QStringLiteral("Invalid procedure call: %1 has no filing note").arg(path));
         return false;
     }
-    return Decode_Dat130(path, *who);
+    return Decode_Dat130(db, path, *who);
 }
 
-bool Decode_Dat130(const QString& path, const Filing_Note& who)
+bool Decode_Dat130(Cls_DB& db, const QString& path, const Filing_Note& who)
 {
     if (!Is_Code(who.car) || !Is_Code(who.driver)) {
         Err_Proc(kErrHex2, QStringLiteral("Invalid procedure call: car \"%1\" driver \"%2\"").arg(who.car, who.driver));
         return false;
     }
-    Cls_DB::Batch batch(*G().DB); // one commit for the file; a failure keeps what was written
+    Cls_DB::Batch batch(db); // one commit for the file; a failure keeps what was written
     QByteArray bytes;
     const bool read = Guarded(kErrHex2, [&] {
         QFile f(path);
@@ -311,7 +309,6 @@ bool Decode_Dat130(const QString& path, const Filing_Note& who)
     // The hours of a day are merged in the order of the log and reach the
     // stored rows as one: the same rows as hour by hour, in a write a table.
     if (!days.empty()) {
-        Cls_DB& db = *G().DB;
         Guarded(kErrUsb_File_Read, [&] { Ensure_Registers(db, car, driver); });
         for (const auto& entry : days)
             Guarded(kErrUsb_File_Read, [&] { Store_Day(db, car + driver + entry.first, entry.second); });
@@ -327,7 +324,7 @@ bool Decode_Dat130(const QString& path, const Filing_Note& who)
     Kind kinds[2] = {{QStringLiteral("55"), {}, {}}, {QStringLiteral("AA"), {}, {}}};
     auto Flush = [&](Kind& k) {
         if (!k.list.isEmpty())
-            G().DB->DB_Save_UD_D2(car, driver, k.type, k.date, k.list);
+            db.DB_Save_UD_D2(car, driver, k.type, k.date, k.list);
         k.list.clear();
     };
     for (int i = 0; i < kEventRecords130; ++i) {
@@ -359,7 +356,7 @@ bool Decode_Dat130(const QString& path, const Filing_Note& who)
     for (const auto& entry : days) {
         const QString& date = entry.first;
         int16_t result = 0;
-        dd1_File_Read(car, driver, date, result);
+        dd1_File_Read(db, car, driver, date, result);
         state.stored << car + driver + date;
     }
 
@@ -369,7 +366,7 @@ bool Decode_Dat130(const QString& path, const Filing_Note& who)
     std::vector<uint8_t> speed(kDayArray, 0), engine(kDayArray, 0);
     QString current;
     auto Save = [&] {
-        G().DB->DB_Save_D_D2_130(car, driver, speed, engine, current);
+        db.DB_Save_D_D2_130(car, driver, speed, engine, current);
         std::fill(speed.begin(), speed.end(), 0);
     };
     for (int r = 0; r < kMinuteRecords130A + kMinuteRecords130B; ++r) {

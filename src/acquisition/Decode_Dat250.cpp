@@ -40,7 +40,7 @@ QString Hex_Text(const QByteArray& bytes, int at, int n)
 
 } // namespace
 
-bool Decode_Dat250(const QString& path)
+bool Decode_Dat250(Cls_DB& db, const QString& path)
 {
     Usb_Reception& state = Usb_State();
     QString car = state.car, driver = state.driver;
@@ -62,7 +62,7 @@ bool Decode_Dat250(const QString& path)
             metres[k + 1] = float(minute[2 * k]) * 100.0f + float(minute[2 * k + 1]);
         // A day whose file can't be written (a full disk) is named in the
         // reception's outcome; the log stays on the medium for another try.
-        if (G().DB->DB_Save_D_D_usb(car, driver, speed, engine, metres, current) != -1)
+        if (db.DB_Save_D_D_usb(car, driver, speed, engine, metres, current) != -1)
             state.unsaved << current + QStringLiteral(" (") + Err_Last() + QLatin1Char(')');
         std::fill(speed.begin(), speed.end(), 0);
         std::fill(engine.begin(), engine.end(), 0);
@@ -111,9 +111,9 @@ bool Decode_Dat250(const QString& path)
     });
 }
 
-bool Decode_Ntd(const QString& path)
+bool Decode_Ntd(Cls_DB& db, const QString& path)
 {
-    Cls_DB::Batch batch(*G().DB); // one commit for the file; a failure keeps what was written
+    Cls_DB::Batch batch(db); // one commit for the file; a failure keeps what was written
     QByteArray bytes;
     if (!Guarded(kErrHex2, [&] {
             QFile f(path);
@@ -163,7 +163,6 @@ bool Decode_Ntd(const QString& path)
         if (distance[2 * m - 1] == 0xFF && distance[2 * m] == 0xFF)
             distance[2 * m - 1] = distance[2 * m] = 0;
 
-    Cls_DB& db = *G().DB;
     if (db.DB_Save_D_D2_file(car, driver, speed, engine, distance, day) != -1)
         return false;
     db.DB_Save_D_D1_file(car, driver, day);

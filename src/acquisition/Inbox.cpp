@@ -21,11 +21,6 @@ std::map<QString, Inbox_Decoder>& Decoders()
     return decoders;
 }
 
-int Engine_Failures()
-{
-    return G().DB ? G().DB->Engine_Failures() : 0;
-}
-
 } // namespace
 
 void Register_Inbox_Decoder(const QString& ending, Inbox_Decoder decoder)
@@ -33,7 +28,7 @@ void Register_Inbox_Decoder(const QString& ending, Inbox_Decoder decoder)
     Decoders()[ending.toUpper()] = std::move(decoder);
 }
 
-int Inbox_Pass(const std::function<void(const Inbox_File&)>& done)
+int Inbox_Pass(Cls_DB& db, const std::function<void(const Inbox_File&)>& done)
 {
     const QDir inbox(App_Path(G().App_Dir, QStringLiteral("\\new")));
     int looked = 0;
@@ -47,26 +42,26 @@ int Inbox_Pass(const std::function<void(const Inbox_File&)>& done)
         const QString path = inbox.filePath(name);
         Inbox_File file{name, ending};
         bool keep = false;
-        const int failuresBefore = Engine_Failures();
+        const int failuresBefore = db.Engine_Failures();
         if (ending == QLatin1String("VEX")) {
             file.kind = QStringLiteral("Vex");
             Cls_IO& io = *G().IO;
-            file.result = io.Pack_File_Read1(path);
+            file.result = io.Pack_File_Read1(db, path);
             file.why = io.Refusal;
             file.undriven = io.Erased;
         } else if (auto it = Decoders().find(ending); it != Decoders().end()) {
-            const Inbox_Verdict verdict = it->second(path);
+            const Inbox_Verdict verdict = it->second(db, path);
             keep = verdict.keep;
             file.why = verdict.why;
             file.result = keep ? 1 : 0;
         } else {
             continue; // not a recording this pass knows
         }
-        if (Engine_Failures() != failuresBefore) {
+        if (db.Engine_Failures() != failuresBefore) {
             // Rows of this file did not reach the database: it stays.
             keep = true;
             file.result = 1;
-            file.why = QStringLiteral("database: ") + G().DB->Last_Engine_Failure();
+            file.why = QStringLiteral("database: ") + db.Last_Engine_Failure();
         }
         ++looked;
         if (!keep && QFile::exists(path)) {

@@ -9,6 +9,8 @@
 
 namespace vex {
 
+class Cls_DB;
+
 struct Inbox_File {
     QString name;      // file name in \new
     QString kind;      // "Vex", "NTD", "DAT"
@@ -24,13 +26,14 @@ struct Inbox_Verdict {
     bool keep = false;
     QString why;
 };
-using Inbox_Decoder = std::function<Inbox_Verdict(const QString& path)>;
+using Inbox_Decoder = std::function<Inbox_Verdict(Cls_DB& db, const QString& path)>;
 // By the ending in capitals ("NTD", "DAT").
 void Register_Inbox_Decoder(const QString& ending, Inbox_Decoder decoder);
 
-// Runs the pass over the application folder's \new, by file name; after
-// each file, done is told what became of it. A file's companion note
-// ("<file>.id") goes with it. Returns the number of files looked at.
-int Inbox_Pass(const std::function<void(const Inbox_File&)>& done = {});
+// Runs the pass over the application folder's \new, by file name, storing
+// on db; after each file, done is told what became of it. A file's
+// companion note ("<file>.id") goes with it. Returns the number of files
+// looked at.
+int Inbox_Pass(Cls_DB& db, const std::function<void(const Inbox_File&)>& done = {});
 
 } // namespace vex

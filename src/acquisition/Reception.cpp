@@ -76,7 +76,7 @@ QString Reception_Outcome::Summary() const
     return parts.join(QStringLiteral("; "));
 }
 
-QString Reception_Precheck()
+QString Reception_Precheck(const Cls_DB* db)
 {
     const Globals& g = G();
     const QString inbox = App_Path(g.App_Dir, QStringLiteral("\\new"));
@@ -84,25 +84,24 @@ QString Reception_Precheck()
     for (const QString& folder : {g.App_Dir, inbox})
         if (!Can_Write_In(folder))
             return LoadResString(kTextFolder).arg(QDir::toNativeSeparators(folder));
-    if (!g.DB || g.DB->DB_State() != 1) {
-        const QString why = g.DB && !g.DB->Last_Engine_Failure().isEmpty() ? g.DB->Last_Engine_Failure() : Err_Last();
+    if (!db || db->DB_State() != 1) {
+        const QString why = db && !db->Last_Engine_Failure().isEmpty() ? db->Last_Engine_Failure() : Err_Last();
         return LoadResString(kTextDatabase).arg(why);
     }
     return {};
 }
 
-void Run_Inbox(Reception_Outcome& outcome, const Reception_Progress& progress, int doneBefore,
+void Run_Inbox(Cls_DB& db, Reception_Outcome& outcome, const Reception_Progress& progress, int doneBefore,
                const std::function<void(const Inbox_File&)>& each)
 {
     Usb_Reception& usb = Usb_State();
     const int usbBefore = int(usb.stored.size());
     const int files = int(QDir(App_Path(G().App_Dir, QStringLiteral("\\new"))).entryList(QDir::Files | QDir::Hidden).size());
     int done = 0;
-    Inbox_Pass([&](const Inbox_File& f) {
+    Inbox_Pass(db, [&](const Inbox_File& f) {
         if (f.undriven) {
             outcome.undriven << f.name.mid(8, 6);
         } else if (f.kind == QLatin1String("Vex") && f.result == 0) {
-            const Cls_DB& db = *G().DB;
             outcome.stored << db.CarCode + db.DriveCode + db.StartDay;
         } else if (f.kind == QLatin1String("Vex") && f.removed) {
             outcome.refused << f.name + QStringLiteral(": ") + f.why;
@@ -119,14 +118,10 @@ void Run_Inbox(Reception_Outcome& outcome, const Reception_Progress& progress, i
             outcome.stored << usb.stored[i];
 }
 
-Reception_Outcome Receive_Pack_Days(bool useRange, const QDate& from, const QDate& to,
-                                    const Reception_Progress& progress,
-                                    const std::function<void(const Inbox_File&)>& each)
+int Read_Pack_Days(Reception_Outcome& outcome, bool useRange, const QDate& from, const QDate& to,
+                   const Reception_Progress& progress)
 {
-    Reception_Outcome outcome;
-    outcome.failure = Reception_Precheck();
-    if (!outcome.failure.isEmpty())
-        return outcome;
+    int daysRead = 0;
     Globals& g = G();
     Cls_IO& io = *g.IO;
     io.Range_Selected = useRange;
@@ -137,7 +132,6 @@ Reception_Outcome Receive_Pack_Days(bool useRange, const QDate& from, const QDat
         g.DB->SysDBWriteDate = a + QStringLiteral("0000");
         g.DB->SysPackLastWrite = b + QStringLiteral("2359");
     }
-    int daysRead = 0;
     // Each day read is a file to store after: the bar runs over both.
     const int waiting = int(QDir(App_Path(g.App_Dir, QStringLiteral("\\new"))).entryList(QDir::Files | QDir::Hidden).size());
     io.Progress = [&](int done, int all, const QDate& day) {
@@ -151,8 +145,20 @@ Reception_Outcome Receive_Pack_Days(bool useRange, const QDate& from, const QDat
     outcome.failure = Pack_Code_Failure(code);
     if (code == 5)
         outcome.failure = LoadResString(kTextNotMarked);
+    return daysRead;
+}
+
+Reception_Outcome Receive_Pack_Days(bool useRange, const QDate& from, const QDate& to,
+                                    const Reception_Progress& progress,
+                                    const std::function<void(const Inbox_File&)>& each)
+{
+    Reception_Outcome outcome;
+    outcome.failure = Reception_Precheck(G().DB.get());
+    if (!outcome.failure.isEmpty())
+        return outcome;
+    const int daysRead = Read_Pack_Days(outcome, useRange, from, to, progress);
     // Files of an earlier reception are taken as well, whatever the pack said.
-    Run_Inbox(outcome, progress, daysRead, each);
+    Run_Inbox(*G().DB, outcome, progress, daysRead, each);
     return outcome;
 }
 
@@ -162,12 +168,12 @@ Filing_Note Usb_Reception_Note(const Usb_Master& master, const QString& from, co
                        Is_Day(to) ? to : QStringLiteral("991231")};
 }
 
-Reception_Outcome Receive_Usb_Log(const QString& model, const QString& spdrPath, const Filing_Note& who,
+Reception_Outcome Receive_Usb_Log(Cls_DB& db, const QString& model, const QString& spdrPath, const Filing_Note& who,
                                   const Reception_Progress& progress,
                                   const std::function<void(const Inbox_File&)>& each)
 {
     Reception_Outcome outcome;
-    outcome.failure = Reception_Precheck();
+    outcome.failure = Reception_Precheck(&db);
     if (outcome.failure.isEmpty())
         outcome.failure = No_Log_Refusal(spdrPath);
     if (!outcome.failure.isEmpty())
@@ -177,7 +183,7 @@ Reception_Outcome Receive_Usb_Log(const QString& model, const QString& spdrPath,
     if (model == QLatin1String("130")) {
         if (File_Dat130(spdrPath, who, G().IO->Today_Date()).isEmpty())
             outcome.failure = Err_Last();
-    } else if (!Decode_Dat250(spdrPath)) {
+    } else if (!Decode_Dat250(db, spdrPath)) {
         outcome.failure = Err_Last();
     } else if (!state.unsaved.isEmpty()) {
         outcome.failure = LoadResString(kTextUnsaved).arg(state.unsaved.join(QStringLiteral(", ")));
@@ -185,7 +191,7 @@ Reception_Outcome Receive_Usb_Log(const QString& model, const QString& spdrPath,
     if (progress)
         progress(1, 1, QStringLiteral("read ") + QFileInfo(spdrPath).fileName());
     // Files of an earlier reception are taken as well.
-    Run_Inbox(outcome, progress, 1, each);
+    Run_Inbox(db, outcome, progress, 1, each);
     state = Usb_Reception{};
     return outcome;
 }

@@ -21,6 +21,8 @@
 
 namespace vex {
 
+class Cls_DB;
+
 struct Reception_Outcome {
     QStringList stored;                       // keys car + driver + day, in order
     std::vector<Cls_IO::Skipped_Day> skipped; // pack days not filed
@@ -39,13 +41,22 @@ struct Reception_Outcome {
 using Reception_Progress = std::function<void(int done, int all, const QString& what)>;
 
 // Why nothing can be received now: the application folder or its \new
-// can't be written, or the database isn't open. Empty when all is well.
-QString Reception_Precheck();
+// can't be written, or db, the connection the reception stores on, isn't
+// open. Empty when all is well.
+QString Reception_Precheck(const Cls_DB* db);
 
-// The inbox pass, each file's fate into outcome; progress counts the files.
-// each, when set, is told every file as well (the command line prints them).
-void Run_Inbox(Reception_Outcome& outcome, const Reception_Progress& progress = {}, int doneBefore = 0,
+// The inbox pass on db, each file's fate into outcome; progress counts the
+// files. each, when set, is told every file as well (the command line
+// prints them).
+void Run_Inbox(Cls_DB& db, Reception_Outcome& outcome, const Reception_Progress& progress = {}, int doneBefore = 0,
                const std::function<void(const Inbox_File&)>& each = {});
+
+// After SIO_PackCheck and the precheck: the new days of the pack (or
+// from..to when useRange) into \new through the analyzer, and the pack
+// marked; skipped days and a failure into outcome. Returns the days read.
+// On the main connection, whose record holds the pack's system page.
+int Read_Pack_Days(Reception_Outcome& outcome, bool useRange, const QDate& from, const QDate& to,
+                   const Reception_Progress& progress = {});
 
 // After SIO_PackCheck: the new days of the pack (or from..to when useRange)
 // into \new, the pack marked, then the inbox pass.
@@ -59,8 +70,8 @@ Filing_Note Usb_Reception_Note(const Usb_Master& master, const QString& from, co
 
 // A USB recorder's log of model "130" (filed into \new with its note) or
 // "250" (decoded into day files) for who's car and driver and dates, then
-// the inbox pass.
-Reception_Outcome Receive_Usb_Log(const QString& model, const QString& spdrPath, const Filing_Note& who,
+// the inbox pass, all stored on db.
+Reception_Outcome Receive_Usb_Log(Cls_DB& db, const QString& model, const QString& spdrPath, const Filing_Note& who,
                                   const Reception_Progress& progress = {},
                                   const std::function<void(const Inbox_File&)>& each = {});
 

@@ -199,18 +199,18 @@ QString File_Dat130(const QString& spdrPath, const Filing_Note& who, const QDate
 
 void Register_Usb_Decoders()
 {
-    Register_Inbox_Decoder(QStringLiteral("NTD"), [](const QString& path) {
-        if (Decode_Ntd(path))
+    Register_Inbox_Decoder(QStringLiteral("NTD"), [](Cls_DB& db, const QString& path) {
+        if (Decode_Ntd(db, path))
             return Inbox_Verdict{};
         return Inbox_Verdict{true, Err_Last()};
     });
     // A "130" log is decoded once, whatever it held, with the identity of
     // the reception that filed it; without that it waits.
-    Register_Inbox_Decoder(QStringLiteral("DAT"), [](const QString& path) {
+    Register_Inbox_Decoder(QStringLiteral("DAT"), [](Cls_DB& db, const QString& path) {
         if (!Read_Filing_Note(path))
             return Inbox_Verdict{true, QStringLiteral("no record of the reception that filed it (%1); receive the medium again")
                                            .arg(QFileInfo(Filing_Note_Path(path)).fileName())};
-        if (!Decode_Dat130(path))
+        if (!Decode_Dat130(db, path))
             return Inbox_Verdict{true, Err_Last()};
         return Inbox_Verdict{};
     });

@@ -36,6 +36,8 @@
 
 namespace vex {
 
+class Cls_DB;
+
 inline constexpr qint64 kUsbSmallLog = 3000000;      // a log up to this size is a "130"
 inline constexpr qint64 kDat130Filed = 0x200200;     // bytes of a "130" log that are filed
 inline constexpr int kBlock130 = 256;
@@ -107,30 +109,30 @@ bool In_Range(const Usb_Reception& r, const QString& day);
 // the car, driver and dates of the reception that filed the log (the hour
 // blocks and the minute records of those dates; the event region whole).
 // False when the file can't be read.
-bool Decode_Dat130(const QString& path, const Filing_Note& who);
+bool Decode_Dat130(Cls_DB& db, const QString& path, const Filing_Note& who);
 // The same with the identity from the filing note beside the log; False,
 // and nothing decoded, without a good note.
-bool Decode_Dat130(const QString& path);
+bool Decode_Dat130(Cls_DB& db, const QString& path);
 // Model "250": the records of the reception's dates into ".ntd" day files
 // under \new, for the reception's car and driver, or without a reception
 // those of the Master00.dat beside the log. False when unreadable.
-bool Decode_Dat250(const QString& path);
+bool Decode_Dat250(Cls_DB& db, const QString& path);
 // A saved day (".NTD"): True when its second data were stored; False keeps
 // the file for the next pass (unreadable, or shorter than a day).
-bool Decode_Ntd(const QString& path);
+bool Decode_Ntd(Cls_DB& db, const QString& path);
 
 // One hour of a "130" into D_D3, D_D7 and D_D8 of the day: stamp YYMMDDHH,
 // speed and second 120 characters, metres 240 (four digits a minute).
 // Minutes already stored stay: the first recording of a minute wins.
 // result is -1 when done, 0 when the handler ran.
-void usb_File_Read(const QString& car, const QString& driver, const QString& stamp, const QString& speed,
+void usb_File_Read(Cls_DB& db, const QString& car, const QString& driver, const QString& stamp, const QString& speed,
                    const QString& metres, const QString& second, int16_t& result);
 // The metres of an hour (240 characters) as the 120-character distance
 // string of tenths of a kilometre; the metres below a hundred that each
 // minute loses are carried to a later minute of the hour.
 QString Compress_Metres(const QString& metres);
 // The D_D1 row of a day rebuilt from its stored series and events.
-void dd1_File_Read(const QString& car, const QString& driver, const QString& date, int16_t& result);
+void dd1_File_Read(Cls_DB& db, const QString& car, const QString& driver, const QString& date, int16_t& result);
 
 // km/h of a speed pulse count: count x 3,600 / 5,096, as a whole number.
 int Usb_Speed(int count);

@@ -7,12 +7,12 @@
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
+#include "store/Job_Runner.h"
 #include "store/Marks.h"
 #include "store/Minute_Series.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QThread>
 
 namespace vex {
 
@@ -162,7 +162,7 @@ Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Records
 }
 
 Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
-                                    const std::function<void(int, int)>& progress, const std::atomic_bool* cancel)
+                                    const std::function<void(int, int)>& progress, const std::function<bool()>& cancelled)
 {
     Recount_Summary summary;
     Recordset trips;
@@ -172,7 +172,7 @@ Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
     }
     summary.total = trips.RecordCount();
     for (trips.MoveFirst(); !trips.EOF_(); trips.MoveNext()) {
-        if (cancel && *cancel) {
+        if (cancelled && cancelled()) {
             summary.cancelled = true;
             break;
         }
@@ -208,41 +208,11 @@ Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
     return summary;
 }
 
-Recount_Worker::Recount_Worker(DbTarget target, const Cls_Config& standards)
-    : target_(std::move(target)), standards_(standards)
+Recount_Summary Recount_Job(Job& job, const Cls_Config& standards)
 {
-}
-
-Recount_Worker::~Recount_Worker()
-{
-    Cancel();
-    Wait();
-}
-
-void Recount_Worker::Start(std::function<void(int, int)> progress,
-                           std::function<void(const Recount_Summary&)> finished)
-{
-    cancel_ = false;
-    thread_.reset(QThread::create([this, progress = std::move(progress), finished = std::move(finished)] {
-        {
-            // A connection belongs to the thread that opened it.
-            Cls_DB db(target_);
-            if (db.DB_State() != 1)
-                summary_.error = Err_Last();
-            else
-                summary_ = Apply_New_Standards(db, standards_, progress, &cancel_);
-        }
-        if (finished)
-            finished(summary_);
-    }));
-    thread_->start();
-}
-
-bool Recount_Worker::Wait(int ms)
-{
-    if (!thread_)
-        return true;
-    return ms < 0 ? thread_->wait() : thread_->wait(QDeadlineTimer(ms));
+    return Apply_New_Standards(
+        job.Db(), standards, [&job](int done, int total) { job.Progress(QString(), done, total); },
+        [&job] { return job.Cancelled(); });
 }
 
 } // namespace vex

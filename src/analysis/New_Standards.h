@@ -10,19 +10,15 @@
 // recount that is cancelled, fails or is killed leaves every row either as it
 // was or as it is under the new standards, never half of each.
 #include "core/Cls_Config.h"
-#include "store/DbTarget.h"
 
 #include <QString>
-#include <atomic>
 #include <cstdint>
 #include <functional>
-#include <memory>
-
-class QThread;
 
 namespace vex {
 
 class Cls_DB;
+class Job;
 class Recordset;
 
 // The figures of one trip under the standards.
@@ -57,34 +53,14 @@ QString Trip_Day_File(const QString& packDir, const QString& car, const QString&
 Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip);
 
 // Every trip, row after row; progress(done, total) after each, cancel read
-// between trips. A trip that fails is logged and left as it was.
+// between trips. A trip that fails is logged and left as it was. The windows
+// and vexcli run it through a Job_Runner, on the worker's own connection.
 Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
                                     const std::function<void(int, int)>& progress,
-                                    const std::atomic_bool* cancel = nullptr);
+                                    const std::function<bool()>& cancelled = {});
 
-// The recount in a thread of its own, on a connection of its own to the
-// same database. progress and finished run in that thread.
-class Recount_Worker {
-public:
-    Recount_Worker(DbTarget target, const Cls_Config& standards);
-    ~Recount_Worker(); // cancels and waits
-    Recount_Worker(const Recount_Worker&) = delete;
-    Recount_Worker& operator=(const Recount_Worker&) = delete;
-
-    void Start(std::function<void(int, int)> progress, std::function<void(const Recount_Summary&)> finished);
-    // Ends the recount after the trip in hand.
-    void Cancel() { cancel_ = true; }
-    // True when the recount has ended within ms (-1: wait for it).
-    bool Wait(int ms = -1);
-    // What the recount did; read after it has ended.
-    const Recount_Summary& Summary() const { return summary_; }
-
-private:
-    DbTarget target_;
-    Cls_Config standards_;
-    std::atomic_bool cancel_{false};
-    Recount_Summary summary_;
-    std::unique_ptr<QThread> thread_;
-};
+// The recount as a job: on the worker's connection, a progress a trip
+// (done of all, no text), cancelled between trips.
+Recount_Summary Recount_Job(Job& job, const Cls_Config& standards);
 
 } // namespace vex

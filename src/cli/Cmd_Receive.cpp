@@ -235,7 +235,8 @@ int Receive_Usb(Context& ctx)
     const Filing_Note who = Usb_Reception_Note(*master, from.isEmpty() ? oldest : from, to.isEmpty() ? newest : to);
     const QString source = QStringLiteral("medium %1, model %2, car %3, driver %4")
                                .arg(QDir::toNativeSeparators(medium.root), model, master->car, master->driver);
-    return Finish(ctx, Ledger_Road::Usb, source, Receive_Usb_Log(model, medium.Log(), who, {}, File_Printer(ctx)));
+    return Finish(ctx, Ledger_Road::Usb, source,
+                  Receive_Usb_Log(*G().DB, model, medium.Log(), who, {}, File_Printer(ctx)));
 }
 
 } // namespace
@@ -251,9 +252,9 @@ int Cmd_Receive(Context& ctx)
         if (!Start_App(ctx) || !Load_App_Settings(ctx))
             return 2;
         Reception_Outcome outcome;
-        outcome.failure = Reception_Precheck();
+        outcome.failure = Reception_Precheck(G().DB.get());
         if (outcome.failure.isEmpty())
-            Run_Inbox(outcome, {}, 0, File_Printer(ctx));
+            Run_Inbox(*G().DB, outcome, {}, 0, File_Printer(ctx));
         return Finish(ctx, Ledger_Road::Inbox, QStringLiteral("\\new"), outcome);
     }
     ctx.err << "vexcli: receive pack|usb|inbox\n";

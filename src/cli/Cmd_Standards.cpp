@@ -10,8 +10,8 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
-#include <QMutex>
 #include <algorithm>
 #include <QRegularExpression>
 
@@ -112,19 +112,28 @@ int Cmd_Recalc(Context& ctx)
         ctx.err << "vexcli: " << missing << "\n";
         return 2;
     }
-    // The recount's own connection, as the form opens it; the progress of
-    // its thread on stderr, a line a trip.
-    QMutex lock;
-    Recount_Worker worker(db.Target(), standards);
-    worker.Start(
-        [&](int done, int total) {
-            QMutexLocker locked(&lock);
+    // The recount on the runner's own connection, as the form runs it; its
+    // progress on stderr, a line a trip.
+    Job_Runner runner(db.Target());
+    QObject::connect(&runner, &Job_Runner::Progress, [&](const QString& notice, int done, int total) {
+        if (total > 0)
             ctx.err << "recalc " << done << "/" << total << "\n";
-            ctx.err.flush();
-        },
-        {});
-    worker.Wait();
-    const Recount_Summary& s = worker.Summary();
+        else
+            ctx.err << "vexcli: " << notice << "\n";
+        ctx.err.flush();
+    });
+    runner.Start([standards](Job& job) -> std::any {
+        // A write that waits for another program says so, as the main
+        // connection's writes do.
+        job.Db().Wait_Notice = [&job](const QString& text) { job.Progress(text); };
+        return Recount_Job(job, standards);
+    });
+    const Job_Result& result = runner.Wait_Events();
+    Recount_Summary s;
+    if (result.Ok())
+        s = result.Value<Recount_Summary>();
+    else
+        s.error = result.error;
     if (!s.error.isEmpty()) {
         ctx.err << "vexcli: " << s.error << "\n";
         return 2;

@@ -21,7 +21,7 @@ QString& Last()
     static QString last;
     return last;
 }
-// A recount of old trips runs in a thread of its own: one line at a time.
+// Jobs log from their worker threads: one line at a time.
 QMutex& Log_Lock()
 {
     static QMutex lock;

@@ -103,7 +103,7 @@ Optimise_Result Optimise(Cls_DB& live)
     return r;
 }
 
-Compaction_Takeover Take_Over_Compaction(const QString& appDir, const std::function<void()>& pump)
+Compaction_Takeover Take_Over_Compaction(const QString& appDir)
 {
     const QString pending = Pending_Copy(appDir);
     const QString sourceFile = Pending_Source(appDir);
@@ -127,8 +127,6 @@ Compaction_Takeover Take_Over_Compaction(const QString& appDir, const std::funct
     QFile::remove(swap);
     if (!QFile::copy(pending, swap))
         return Compaction_Takeover::Failed;
-    if (pump)
-        pump();
     // rename() replaces the live file in one step: a start killed here
     // finds either the old file with its copy still waiting, or the new one.
     if (!Replace_File(swap, live)) {

@@ -7,7 +7,6 @@
 // optimise and the restart are never replaced by an older copy.
 #include <QByteArray>
 #include <QString>
-#include <functional>
 
 namespace vex {
 
@@ -33,9 +32,9 @@ enum class Compaction_Takeover {
     Failed,   // the copy could not be put in place; it waits for the next start
 };
 
-// Takes a waiting copy over before anything opens the live database. pump
-// is called once while the copy is put in place.
-Compaction_Takeover Take_Over_Compaction(const QString& appDir, const std::function<void()>& pump = {});
+// Takes a waiting copy over before anything opens the live database. The
+// desktop runs it as a job, so its window paints while the copy is made.
+Compaction_Takeover Take_Over_Compaction(const QString& appDir);
 
 // The message a start shows for a discarded copy, in the system's language.
 QString Stale_Compaction_Message();

@@ -1,8 +1,10 @@
 #include "forms/Excel_Run.h"
 
+#include "core/Mod_Main.h"
 #include "forms/Excel_Show.h"
+#include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
-#include <QApplication>
 #include <QProgressDialog>
 
 namespace vex::forms {
@@ -13,13 +15,21 @@ Excel_Result Excel_Run(QWidget* parent, const QString& what, Excel_Selection sel
     progress.setWindowModality(Qt::WindowModal);
     progress.setMinimumDuration(0);
     progress.setValue(0);
-    sel.progress = [&](int percent, const QString& step) {
+    Job_Runner runner(G().DB->Target());
+    QObject::connect(&runner, &Job_Runner::Progress, &progress, [&](const QString& step, int percent) {
         progress.setLabelText(what + QStringLiteral("\n") + step);
         progress.setValue(std::clamp(percent, 0, 99));
-        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    };
-    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    const Excel_Result r = job(sel);
+    });
+    runner.Start([sel, job](Job& worker) mutable -> std::any {
+        sel.progress = [&worker](int percent, const QString& step) { worker.Progress(step, percent, 100); };
+        return job(worker.Db(), sel);
+    });
+    const Job_Result& done = runner.Wait_Events();
+    Excel_Result r;
+    if (done.Ok())
+        r = done.Value<Excel_Result>();
+    else
+        r.message = done.error;
     progress.reset();
     Excel_Show(r);
     return r;

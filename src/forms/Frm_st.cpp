@@ -5,8 +5,8 @@
 #include "exchange/Agency_File.h"
 #include "forms/Msg_Box.h"
 #include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
-#include <QCoreApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -104,11 +104,20 @@ void Frm_st::Cmd_Save_Click()
                != QMessageBox::Yes)
         return;
     Cmd_Save->setEnabled(false);
-    const Agency_Result r = Write_Agency_Files(*G().DB, id, from, to, [this](int done, int all) {
+    Job_Runner runner(G().DB->Target());
+    connect(&runner, &Job_Runner::Progress, this, [this](const QString&, int done, int all) {
         ProgressBar1->setRange(0, all);
         ProgressBar1->setValue(done);
-        QCoreApplication::processEvents();
     });
+    runner.Start([id, from, to](Job& job) -> std::any {
+        return Write_Agency_Files(job.Db(), id, from, to, [&job](int done, int all) { job.Progress({}, done, all); });
+    });
+    const Job_Result& done = runner.Wait_Events();
+    Agency_Result r;
+    if (done.Ok())
+        r = done.Value<Agency_Result>();
+    else
+        r.message = done.error;
     Cmd_Save->setEnabled(true);
     Msg_Box(r.message);
 }

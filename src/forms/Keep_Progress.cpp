@@ -4,14 +4,13 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
-#include <QCoreApplication>
 #include <QProgressDialog>
 
 namespace vex::forms {
 
-Exchange_Report Keep_With_Progress(QWidget* parent, const QString& title,
-                                   const std::function<Exchange_Report(const Exchange_Progress&)>& work)
+Exchange_Report Keep_With_Progress(QWidget* parent, const QString& title, Keep_Work work)
 {
     QProgressDialog dialog(title, QString(), 0, 1, parent);
     dialog.setObjectName(QStringLiteral("Keep_Progress"));
@@ -19,15 +18,23 @@ Exchange_Report Keep_With_Progress(QWidget* parent, const QString& title,
     dialog.setWindowModality(Qt::WindowModal);
     dialog.setMinimumDuration(0);
     dialog.setValue(0);
-    const Exchange_Report r = work([&](const QString& stage, int done, int all) {
+    Job_Runner runner(G().DB->Target());
+    QObject::connect(&runner, &Job_Runner::Progress, &dialog, [&](const QString& stage, int done, int all) {
         if (!stage.isEmpty())
             dialog.setLabelText(title + QLatin1Char('\n') + stage);
         dialog.setMaximum(std::max(all, 1));
         dialog.setValue(std::min(done, std::max(all, 1)));
-        QCoreApplication::processEvents();
     });
+    runner.Start([work = std::move(work)](Job& job) -> std::any {
+        return work(job.Db(), [&job](const QString& stage, int done, int all) { job.Progress(stage, done, all); });
+    });
+    const Job_Result& result = runner.Wait_Events();
     dialog.setValue(dialog.maximum());
-    return r;
+    if (result.Ok())
+        return result.Value<Exchange_Report>();
+    Exchange_Report failed;
+    failed.message = result.error;
+    return failed;
 }
 
 QString Days_To_Delete(const vex::Selection& s)

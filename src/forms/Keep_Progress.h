@@ -1,7 +1,7 @@
 #pragma once
-// A long keeping step behind a progress dialog: the work runs on this thread
-// and the window stays alive, since every step it reports lets the events
-// through. The dialog shows the step's stage text and steps done of all.
+// A long keeping step behind a progress dialog: the work runs as a job on
+// its own connection, and the window stays alive while the dialog shows the
+// step's stage text and steps done of all.
 #include "exchange/Exchange_Tables.h"
 
 #include <QWidget>
@@ -9,8 +9,11 @@
 
 namespace vex::forms {
 
-Exchange_Report Keep_With_Progress(QWidget* parent, const QString& title,
-                                   const std::function<Exchange_Report(const Exchange_Progress&)>& work);
+// The keeping routine on the job's connection; what it reads of the window
+// is read before, on the window's thread.
+using Keep_Work = std::function<Exchange_Report(Cls_DB& db, const Exchange_Progress& progress)>;
+
+Exchange_Report Keep_With_Progress(QWidget* parent, const QString& title, Keep_Work work);
 
 // What a delete of the selection takes, for its question: "3 day(s) of
 // car 12AB00, every driver, 260101 to 260131" in the window's language.

@@ -95,7 +95,11 @@ MDIForm_Main::MDIForm_Main(QWidget* parent) : QMainWindow(parent)
     }
     Panel[3]->setText(QStringLiteral(VEX_VERSION));
     Panel[4]->setText(Link_Panel4_Text(G().Link_Type));
-    G().Status_Sink = [this](const QString& text) { Set_Panel(1, text); };
+    // Painted at once: the text may come from a wait that holds this thread.
+    G().Status_Sink = [this](const QString& text) {
+        Set_Panel(1, text);
+        Panel[1]->repaint();
+    };
 
     Build_Tree();
     connect(TreeView1, &QTreeWidget::currentItemChanged, this, [this] { Refresh_Pictures(); });

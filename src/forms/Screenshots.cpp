@@ -30,17 +30,23 @@
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <memory>
-#include <QThread>
 
 namespace vex::forms {
 
 namespace {
 
+// The layouts and polish a window has posted are done before it is grabbed;
+// grab() paints the widget itself, so no paint event need arrive.
 bool Save(QWidget* w, const QString& path)
 {
-    for (int i = 0; i < 5; ++i)
-        QApplication::processEvents();
+    QCoreApplication::sendPostedEvents();
     return w->grab().save(path);
+}
+
+// The windows closed are deleted before the next one opens.
+void Delete_Closed()
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 void Add_Sample_Rows()
@@ -142,7 +148,7 @@ int Shoot_Day_Views(MDIForm_Main* main, const std::function<QString(const QStrin
         f->close();
     if (Vex_Form* grid = Find_Form(QStringLiteral("Frm_daydrive")))
         grid->close();
-    QApplication::processEvents();
+    Delete_Closed();
     return n;
 }
 
@@ -210,7 +216,7 @@ int Write_Screenshots(const QString& appDir, const QString& dir, const QString& 
             continue;
         n += Save(f, path(name));
         f->close();
-        QApplication::processEvents();
+        Delete_Closed();
     }
     if (G().DB)
         n += Shoot_Day_Views(main, path);

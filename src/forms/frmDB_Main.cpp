@@ -8,6 +8,7 @@
 #include "forms/Msg_Box.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -102,16 +103,29 @@ void frmDB_Main::Command1_Click()
             Msg_Box(1243);
             return;
         }
-        const Exchange_Report r = Keep_With_Progress(this, QStringLiteral("DB Loading..."), [&](const Exchange_Progress& p) {
-            return Import_Package(*G().DB, TDBText4->text(), false, p);
-        });
+        const QString package = TDBText4->text();
+        const Exchange_Report r = Keep_With_Progress(this, QStringLiteral("DB Loading..."),
+                                                     [package](Cls_DB& db, const Exchange_Progress& p) {
+                                                         return Import_Package(db, package, false, p);
+                                                     });
         Label_Note->setText(r.Text());
         Msg_Box(r.message);
         return;
     }
+    // The compaction runs as a job on its own connection; the window paints
+    // meanwhile and takes no second press.
     setCursor(Qt::WaitCursor);
-    const Optimise_Result r = Optimise(*G().DB);
+    Command1[0]->setEnabled(false);
+    Job_Runner runner(G().DB->Target());
+    runner.Start([](Job& job) -> std::any { return Optimise(job.Db()); });
+    const Job_Result& done = runner.Wait_Events();
+    Command1[0]->setEnabled(true);
     unsetCursor();
+    Optimise_Result r;
+    if (done.Ok())
+        r = done.Value<Optimise_Result>();
+    else
+        r.message = done.error;
     TDBText2->setText(Size_Text(r.after));
     // On a server the compaction is its own, in place.
     Label_Note->setText(r.swapAtStart ? QString() : QStringLiteral("VACUUM ANALYZE (") + Engine_Name(G().DB->Target().engine) + QLatin1Char(')'));

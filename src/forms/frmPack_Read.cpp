@@ -7,6 +7,7 @@
 #include "forms/Msg_Box.h"
 #include "forms/logic/Reception_Logic.h"
 #include "forms/logic/Usb_Drives.h"
+#include "store/Job_Runner.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -80,7 +81,11 @@ void frmPack_Read::Cmd_Save_Click()
         Msg_Box(QStringLiteral("수신 에러"));
         return;
     }
-    const Pack_Receive r = Usb_Receive_Step(model_, root_, true, TDBDate1[0]->date(), TDBDate1[1]->date());
+    const QString model = model_, root = root_;
+    const QDate from = TDBDate1[0]->date(), to = TDBDate1[1]->date();
+    const Pack_Receive r = Reception_Job([&](Job& job, const Reception_Progress&) {
+        return Usb_Receive_Step(job.Db(), model, root, true, from, to);
+    });
     Msg_Box((r.ok ? QStringLiteral("수신 완료") : QStringLiteral("수신 에러")) + QLatin1Char('\n') +
             (r.ok ? r.outcome.Summary() : r.message));
 }

@@ -10,8 +10,8 @@
 #include "forms/logic/Reception_Logic.h"
 #include "forms/logic/Usb_Drives.h"
 #include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
@@ -217,8 +217,6 @@ void frmPack_Read1::Progress(int done, int all)
 {
     ProgressBar1->setRange(0, std::max(all, 1));
     ProgressBar1->setValue(std::min(done, std::max(all, 1)));
-    // Long work stays on this thread; the window answers between days.
-    QCoreApplication::processEvents();
 }
 
 void frmPack_Read1::Receive_Step()
@@ -230,29 +228,31 @@ void frmPack_Read1::Receive_Step()
     ProgressBar1->setRange(0, 1);
     ProgressBar1->setValue(0);
     Label_Result->clear();
-    QCoreApplication::processEvents();
-    auto progress = [this](int done, int all, const QString&) { Progress(done, all); };
+    const Reception_Progress progress = [this](int done, int all, const QString&) { Progress(done, all); };
     // While another program holds the database the dialog says it waits.
-    std::function<void(const QString&)> notice;
-    if (G().DB) {
-        notice = G().DB->Wait_Notice;
-        G().DB->Wait_Notice = [this](const QString& text) {
-            Label_Result->setText(text);
-            QCoreApplication::processEvents();
-        };
-    }
+    const auto notice = [this](const QString& text) { Label_Result->setText(text); };
     Pack_Receive r;
     if (source_ == QLatin1String("pack")) {
-        if (G().IO)
-            G().IO->Message = [](int id) { Msg_Box(id); };
-        r = Pack_Receive_Step(range, from, to, progress);
-        if (G().IO)
-            G().IO->Message = nullptr;
+        // The analyzer's port is lent to the job; a box of the pack routines
+        // comes here while the job waits for it.
+        r = Reception_Job(
+            [&](Job& job, const Reception_Progress& told) {
+                if (G().IO)
+                    G().IO->Message = [&job](int id) { job.On_Caller([id] { Msg_Box(id); }); };
+                Pack_Read read = Pack_Read_Step(range, from, to, told);
+                if (G().IO)
+                    G().IO->Message = nullptr;
+                if (read.inboxDue)
+                    Run_Inbox(job.Db(), read.receive.outcome, told, read.daysRead);
+                return read.receive;
+            },
+            progress, notice, G().Port.get());
     } else {
-        r = Usb_Receive_Step(source_, root_, range, from, to, progress);
+        const QString source = source_, root = root_;
+        r = Reception_Job([&](Job& job, const Reception_Progress& told) {
+            return Usb_Receive_Step(job.Db(), source, root, range, from, to, told);
+        }, progress, notice);
     }
-    if (G().DB)
-        G().DB->Wait_Notice = notice;
     if (r.ok) {
         ProgressBar1->setValue(ProgressBar1->maximum());
         Label_Result->setText(r.outcome.Summary());

@@ -27,9 +27,8 @@ void frmPack_delete::Run()
     }
     if (!G().DB)
         return;
-    const Exchange_Report r = Keep_With_Progress(this, LoadResString(1198), [&](const Exchange_Progress& p) {
-        return Delete_Selection(*G().DB, s, p);
-    });
+    const Exchange_Report r = Keep_With_Progress(
+        this, LoadResString(1198), [s](Cls_DB& db, const Exchange_Progress& p) { return Delete_Selection(db, s, p); });
     Msg_Box(r.ok ? LoadResString(154) : r.message);
 }
 

@@ -26,8 +26,8 @@ void frmPack_export::Run()
     if (s.from > s.to || !G().DB)
         return;
     const QString name = Text_Name->text().trimmed().isEmpty() ? s.from + s.to : Text_Name->text().trimmed();
-    const Exchange_Report r = Keep_With_Progress(this, LoadResString(1195), [&](const Exchange_Progress& p) {
-        return Export_Package(*G().DB, s, name, p);
+    const Exchange_Report r = Keep_With_Progress(this, LoadResString(1195), [s, name](Cls_DB& db, const Exchange_Progress& p) {
+        return Export_Package(db, s, name, p);
     });
     if (!r.ok) {
         Msg_Box(r.message);
@@ -39,9 +39,8 @@ void frmPack_export::Run()
                 QMessageBox::Question, {}, QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
         != QMessageBox::Yes)
         return;
-    const Exchange_Report gone = Keep_With_Progress(this, LoadResString(1198), [&](const Exchange_Progress& p) {
-        return Delete_Selection(*G().DB, s, p);
-    });
+    const Exchange_Report gone = Keep_With_Progress(
+        this, LoadResString(1198), [s](Cls_DB& db, const Exchange_Progress& p) { return Delete_Selection(db, s, p); });
     Msg_Box(gone.message);
 }
 

@@ -5,8 +5,8 @@
 #include "exchange/Db_Keeping.h"
 #include "forms/Msg_Box.h"
 #include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
-#include <QCoreApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -76,13 +76,23 @@ void frmPack_export1::Cmd_Save_Click()
     if (from > to || !G().DB)
         return;
     Cmd_Save->setEnabled(false);
-    const Exchange_Report r = Backup(*G().DB, from, to, [this](const QString& stage, int done, int all) {
+    Job_Runner runner(G().DB->Target());
+    connect(&runner, &Job_Runner::Progress, this, [this](const QString& stage, int done, int all) {
         if (!stage.isEmpty())
             Label1->setText(stage);
         ProgressBar1->setRange(0, all);
         ProgressBar1->setValue(done);
-        QCoreApplication::processEvents();
     });
+    runner.Start([from, to](Job& job) -> std::any {
+        return Backup(job.Db(), from, to,
+                      [&job](const QString& stage, int done, int all) { job.Progress(stage, done, all); });
+    });
+    const Job_Result& done = runner.Wait_Events();
+    Exchange_Report r;
+    if (done.Ok())
+        r = done.Value<Exchange_Report>();
+    else
+        r.message = done.error;
     Cmd_Save->setEnabled(true);
     Label1->setText(r.message);
     Msg_Box(r.message);

@@ -27,8 +27,9 @@ void frmPack_export2::Run()
     const Selection s = Chosen();
     if (!G().DB)
         return;
-    const Exchange_Report r = Keep_With_Progress(this, windowTitle(), [&](const Exchange_Progress& p) {
-        return Rekey(*G().DB, s.car, s.driver, s.from, s.to, Text_New->text().trimmed().toUpper(), p);
+    const QString to = Text_New->text().trimmed().toUpper();
+    const Exchange_Report r = Keep_With_Progress(this, windowTitle(), [s, to](Cls_DB& db, const Exchange_Progress& p) {
+        return Rekey(db, s.car, s.driver, s.from, s.to, to, p);
     });
     Msg_Box(r.message);
 }

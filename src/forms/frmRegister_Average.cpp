@@ -8,9 +8,9 @@
 #include "core/Mod_Main.h"
 #include "forms/Msg_Box.h"
 #include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
 #include <QApplication>
-#include <QEventLoop>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QIntValidator>
@@ -133,27 +133,26 @@ void frmRegister_Average::Command3_Click()
     progress.setValue(0);
     Progress = &progress;
 
-    // The recount writes on a connection of its own; its thread reports
+    // The recount writes on the runner's connection; its thread reports
     // here through the event queue.
-    QEventLoop loop;
-    Recount_Worker worker(db.Target(), standards);
-    connect(&progress, &QProgressDialog::canceled, this, [&worker] { worker.Cancel(); });
-    worker.Start(
-        [&progress](int done, int total) {
-            QMetaObject::invokeMethod(&progress, [&progress, done, total] {
-                progress.setMaximum(total);
-                progress.setValue(done);
-                progress.setLabelText(LoadResString(1272) + QStringLiteral("  ") + Done_Text(done, total));
-            });
-        },
-        [&loop](const Recount_Summary&) { QMetaObject::invokeMethod(&loop, [&loop] { loop.quit(); }); });
-    loop.exec();
-    worker.Wait();
+    Job_Runner runner(db.Target());
+    connect(&progress, &QProgressDialog::canceled, &runner, &Job_Runner::Cancel);
+    connect(&runner, &Job_Runner::Progress, &progress, [&progress](const QString&, int done, int total) {
+        progress.setMaximum(total);
+        progress.setValue(done);
+        progress.setLabelText(LoadResString(1272) + QStringLiteral("  ") + Done_Text(done, total));
+    });
+    runner.Start([standards](Job& job) -> std::any { return Recount_Job(job, standards); });
+    const Job_Result& result = runner.Wait_Events();
     Progress = nullptr;
     progress.close();
     QApplication::restoreOverrideCursor();
 
-    const Recount_Summary& s = worker.Summary();
+    if (!result.Ok()) {
+        Msg_Box(result.error, QMessageBox::Warning);
+        return;
+    }
+    const auto s = result.Value<Recount_Summary>();
     if (!s.error.isEmpty())
         Msg_Box(s.error, QMessageBox::Warning);
     else if (s.cancelled)

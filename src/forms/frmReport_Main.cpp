@@ -239,8 +239,9 @@ void frmReport_Main::Command1_Click()
             excel.fromTime = sel.Start_Time;
             excel.toTime = sel.End_Time;
             const bool sheet = Combo1->currentText() == QLatin1String("Excel");
-            Excel_Run(this, Option_Caption(option_), excel, [sheet](const Excel_Selection& s) {
-                return (sheet ? CAL_SPEED_DIST : CAL_SPEED_FILE)(*G().DB, G().App_Dir, s, {});
+            const QString appDir = G().App_Dir;
+            Excel_Run(this, Option_Caption(option_), excel, [sheet, appDir](Cls_DB& db, const Excel_Selection& s) {
+                return (sheet ? CAL_SPEED_DIST : CAL_SPEED_FILE)(db, appDir, s, {});
             });
         }
     });

@@ -136,8 +136,9 @@ void frmReport_Reference::Command1_Click()
     sel.driver = k.byDriver ? Code_Of(TDBCombo2) : QString();
     sel.from = TDBDate1->date().toString(QStringLiteral("yyMMdd"));
     sel.to = TDBDate2->date().toString(QStringLiteral("yyMMdd"));
+    const QString appDir = G().App_Dir;
     Excel_Run(this, Caption(option_), sel,
-              [&](const Excel_Selection& s) { return k.run(*G().DB, G().App_Dir, s, {}); });
+              [run = k.run, appDir](Cls_DB& db, const Excel_Selection& s) { return run(db, appDir, s, {}); });
 }
 
 } // namespace vex::forms

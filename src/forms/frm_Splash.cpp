@@ -12,6 +12,7 @@
 #include "forms/Msg_Box.h"
 #include "forms/logic/Login_Logic.h"
 #include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -73,7 +74,11 @@ void frm_Splash::Form_Load()
     // The optimise of the last session takes effect before anything holds
     // the live database open.
     Label2->setText(QStringLiteral("DB 최적화 완료 중입니다. 잠시만 기다려 주십시요!"));
-    const Compaction_Takeover takeover = Take_Over_Compaction(appDir_, [] { QCoreApplication::processEvents(); });
+    // The copy runs as a job, so the window paints meanwhile.
+    Job_Runner runner;
+    runner.Start([appDir = appDir_](Job&) -> std::any { return Take_Over_Compaction(appDir); });
+    const Job_Result& took = runner.Wait_Events();
+    const Compaction_Takeover takeover = took.Ok() ? took.Value<Compaction_Takeover>() : Compaction_Takeover::Failed;
     Label2->clear();
     if (takeover == Compaction_Takeover::Failed) {
         Msg_Box(QStringLiteral("Permission denied: ") + appDir_ + QStringLiteral("/db/temp2.mdb"),
@@ -93,11 +98,11 @@ void frm_Splash::Form_Load()
         cmdCancel->setText(LoadResString(504));
         if (g.DB->DB_State() != 1)
             throw RunTimeError(QStringLiteral("Data source name not found"));
-        // A write that waits for another program says so in the status bar.
+        // A write that waits for another program says so in the status bar,
+        // which paints it at once: the wait holds this thread.
         g.DB->Wait_Notice = [](const QString& text) {
             QString line = text;
             Status_Text(line);
-            QCoreApplication::processEvents();
         };
         // A re-key cut short after its rows committed gets its day files.
         Finish_Pending_Renames(*g.DB);

@@ -4,8 +4,9 @@
 #include "core/Mod_Main.h"
 #include "exchange/Db_Keeping.h"
 #include "forms/Msg_Box.h"
+#include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
@@ -105,12 +106,23 @@ void frm_dbmove::Cmd_Save_Click()
     if (!G().DB)
         return;
     Cmd_Save->setEnabled(false);
-    const Exchange_Report r = Move_From(*G().DB, Text_Path->text(), Option(), TDBDate1->date().toString(QStringLiteral("yyMMdd")),
-                                        [this](const QString&, int done, int all) {
-                                            ProgressBar1->setRange(0, std::max(all, 1));
-                                            ProgressBar1->setValue(done);
-                                            QCoreApplication::processEvents();
-                                        });
+    const QString path = Text_Path->text(), day = TDBDate1->date().toString(QStringLiteral("yyMMdd"));
+    const int option = Option();
+    Job_Runner runner(G().DB->Target());
+    connect(&runner, &Job_Runner::Progress, this, [this](const QString&, int done, int all) {
+        ProgressBar1->setRange(0, std::max(all, 1));
+        ProgressBar1->setValue(done);
+    });
+    runner.Start([path, option, day](Job& job) -> std::any {
+        return Move_From(job.Db(), path, option, day,
+                         [&job](const QString& stage, int done, int all) { job.Progress(stage, done, all); });
+    });
+    const Job_Result& done = runner.Wait_Events();
+    Exchange_Report r;
+    if (done.Ok())
+        r = done.Value<Exchange_Report>();
+    else
+        r.message = done.error;
     Cmd_Save->setEnabled(true);
     Msg_Box(r.ok ? r.message + QLatin1Char('\n') + r.Text() : r.message);
     if (r.ok)

@@ -35,6 +35,11 @@ SerialPort::SerialPort() : port_(std::make_unique<QSerialPort>()) {}
 
 SerialPort::~SerialPort() = default;
 
+QObject* SerialPort::Device()
+{
+    return port_.get();
+}
+
 bool SerialPort::open(int n)
 {
     close();

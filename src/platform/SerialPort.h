@@ -15,6 +15,7 @@
 #include <QString>
 #include <memory>
 
+class QObject;
 class QSerialPort;
 
 namespace vex {
@@ -40,6 +41,9 @@ public:
     // Waits at most msecs for more input. True when some arrived (readAll()
     // then has it), false on timeout or when the port isn't open.
     virtual bool waitForReadyRead(int msecs) = 0;
+    // The Qt object behind the port, which must live in the thread that
+    // uses it; null when there is none.
+    virtual QObject* Device() { return nullptr; }
 };
 
 // Device path of port number n, by the mapping above; empty when none.
@@ -60,6 +64,7 @@ public:
     bool write(const QByteArray& data) override;
     QByteArray readAll() override;
     bool waitForReadyRead(int msecs) override;
+    QObject* Device() override;
 
     // Device path of the open port (or of the last attempt), and the text of
     // the last failure, for messages of the command line.

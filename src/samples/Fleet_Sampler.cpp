@@ -86,7 +86,7 @@ Fleet_Result Fill_Fleet(Cls_DB& db, const Fleet_Request& r, const std::function<
             }
         }
         Reception_Outcome outcome;
-        Run_Inbox(outcome);
+        Run_Inbox(db, outcome);
         result.trips += int(outcome.stored.size());
         result.kept += int(outcome.kept.size());
         done = std::min(all, (week + 1) * kWeek * r.cars);

@@ -7,7 +7,10 @@
 #include "support/Emulator.h"
 
 #include <QTemporaryDir>
-#include <QThread>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 namespace {
@@ -90,14 +93,24 @@ TEST_F(AnalyzerEmulatorTest, FindReadCheckAndWrite)
     for (int i = 0; i < 5; ++i)
         ASSERT_TRUE(link.New_Pack_WriteIO_Byte(QStringLiteral("%1").arg(0x47 + i, 8, 16, QLatin1Char('0')).toUpper(),
                                                stamp.mid(2 * i, 2)));
+    // Read again each time the emulator writes the image (in place or by a
+    // rename in its folder); the deadline only ends a wait for nothing.
     std::optional<PackImage> saved;
-    QDeadlineTimer deadline(20000);
-    while (!deadline.hasExpired()) {
+    QFileSystemWatcher watcher({imagePath, QFileInfo(imagePath).path()});
+    QEventLoop loop;
+    const auto look = [&] {
         saved = PackImage::Load(imagePath);
+        if (!watcher.files().contains(imagePath))
+            watcher.addPath(imagePath);
         if (saved && saved->Read_Hex({0, 0, 0x47, 5}) == stamp)
-            break;
-        QThread::msleep(50);
-    }
+            loop.quit();
+    };
+    QObject::connect(&watcher, &QFileSystemWatcher::fileChanged, &loop, look);
+    QObject::connect(&watcher, &QFileSystemWatcher::directoryChanged, &loop, look);
+    QTimer::singleShot(20000, &loop, &QEventLoop::quit);
+    look();
+    if (!(saved && saved->Read_Hex({0, 0, 0x47, 5}) == stamp))
+        loop.exec();
     ASSERT_TRUE(saved);
     EXPECT_EQ(saved->Read_Hex({0, 0, 0x47, 5}), stamp);
     EXPECT_EQ(saved->Read_Hex({0, 0, 0, 6}), "AAAA12345678");  // nothing else moved

@@ -39,7 +39,7 @@ protected:
     QStringList Pass()
     {
         QStringList seen;
-        Inbox_Pass([&](const Inbox_File& f) { seen << f.name + (f.removed ? " removed" : " kept ") + f.why; });
+        Inbox_Pass(*G().DB, [&](const Inbox_File& f) { seen << f.name + (f.removed ? " removed" : " kept ") + f.why; });
         return seen;
     }
 };
@@ -164,11 +164,11 @@ TEST_F(Inbox, NamesAndContentsCannotWriteOutsideOrStoreJunk)
 
 TEST_F(Inbox, AReceptionThatCannotWriteSaysWhyBeforeItStarts)
 {
-    EXPECT_TRUE(Reception_Precheck().isEmpty());
+    EXPECT_TRUE(Reception_Precheck(G().DB.get()).isEmpty());
     // \new is no folder one can write in (a read-only mount says the same).
     QDir(app.Path("new")).removeRecursively();
     app.Write_File("new", "not a folder");
-    EXPECT_TRUE(Reception_Precheck().startsWith(LoadResString(5006).section('(', 0, 0))) << Reception_Precheck().toStdString();
+    EXPECT_TRUE(Reception_Precheck(G().DB.get()).startsWith(LoadResString(5006).section('(', 0, 0))) << Reception_Precheck(G().DB.get()).toStdString();
     const Reception_Outcome outcome = Receive_Pack_Days(false, {}, {});
     EXPECT_FALSE(outcome.Clean());
     EXPECT_TRUE(outcome.Summary().contains(LoadResString(5005).section(':', 0, 0)));
@@ -176,9 +176,9 @@ TEST_F(Inbox, AReceptionThatCannotWriteSaysWhyBeforeItStarts)
 
     // The database gone: nothing is received into it.
     G().DB->DB_DConnection();
-    EXPECT_TRUE(Reception_Precheck().startsWith(LoadResString(5007).section('(', 0, 0)));
+    EXPECT_TRUE(Reception_Precheck(G().DB.get()).startsWith(LoadResString(5007).section('(', 0, 0)));
     G().DB->DB_Connection();
-    EXPECT_TRUE(Reception_Precheck().isEmpty());
+    EXPECT_TRUE(Reception_Precheck(G().DB.get()).isEmpty());
 }
 
 TEST(InsideFolder, RootsOfEveryShape)

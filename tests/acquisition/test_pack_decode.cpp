@@ -72,8 +72,8 @@ TEST(PackDecode, AGoodDayIsStoredOnceWithItsSeriesAndRegistersItsCarAndDriver)
     test::AppSession app;
     Day day;
     Cls_IO& io = *G().IO;
-    ASSERT_EQ(io.Pack_File_Read1(day.File(app)), 0) << Err_Last().toStdString();
-    ASSERT_EQ(io.Pack_File_Read1(day.File(app)), 0);
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, day.File(app)), 0) << Err_Last().toStdString();
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, day.File(app)), 0);
 
     EXPECT_EQ(Stored("D_D1", "D_F5"), "0800");
     EXPECT_EQ(Stored("D_D1", "D_F7"), "0859");
@@ -97,7 +97,7 @@ TEST(PackDecode, CheckBytesAndErasedPages)
     Day refused;
     Put_Field(refused.page, DayPage::CheckPack1, "00");
     Put_Field(refused.page, DayPage::Distance, "000000");
-    EXPECT_EQ(io.Pack_File_Read1(refused.File(app, "0000")), 1);
+    EXPECT_EQ(io.Pack_File_Read1(*G().DB, refused.File(app, "0000")), 1);
     EXPECT_EQ(G().DB->DB_RSet_D_D("SELECT * FROM D_D1").RecordCount(), 0);
 
     // An erased page with a car code from the system page passes and starts at 00:00.
@@ -105,7 +105,7 @@ TEST(PackDecode, CheckBytesAndErasedPages)
     erased.page = QString(kPageChars, 'F');
     erased.distance = QString(kPageChars, 'F');
     Put_Field(erased.distance, DistPage::StartDay, "240305");
-    EXPECT_EQ(io.Pack_File_Read1(erased.File(app)), 0) << Err_Last().toStdString();
+    EXPECT_EQ(io.Pack_File_Read1(*G().DB, erased.File(app)), 0) << Err_Last().toStdString();
     EXPECT_EQ(G().DB->StartTime, "0000");
 }
 
@@ -117,7 +117,7 @@ TEST(PackDecode, SpeedSeriesRepairs)
     Day forty; // 40 neighbouring pairs above 150 km/h: the series is kept, the cells cleaned
     for (int m = 600; m < 640; ++m)
         forty.Set_Speed(m, "A0");
-    ASSERT_EQ(io.Pack_File_Read1(forty.File(app)), 0);
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, forty.File(app)), 0);
     EXPECT_EQ(G().DB->Sec_Data.mid(2 * 600, 2), "00");
     EXPECT_EQ(G().DB->Sec_Data.mid(2 * 480, 2), "3C");
 
@@ -125,7 +125,7 @@ TEST(PackDecode, SpeedSeriesRepairs)
     for (int m = 600; m < 641; ++m)
         fortyOne.Set_Speed(m, "A0");
     fortyOne.Set_Distance(700, "95"); // flag bit: 1.5 km, 90 km/h
-    ASSERT_EQ(io.Pack_File_Read1(fortyOne.File(app)), 0);
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, fortyOne.File(app)), 0);
     EXPECT_EQ(G().DB->Sec_Data.mid(2 * 480, 2), "3C");
     EXPECT_EQ(G().DB->Sec_Data.mid(2 * 700, 2), "5A");
     EXPECT_EQ(G().DB->Sec_Data.mid(2 * 600, 2), "00");
@@ -139,13 +139,13 @@ TEST(PackDecode, CountsAndDistanceFallbacks)
     Day d;
     Put_Field(d.page, DayPage::Distance, "010000"); // 1,000 km: kept
     Put_Field(d.page, DayPage::Acceleration, "0300");
-    ASSERT_EQ(io.Pack_File_Read1(d.File(app)), 0);
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
     EXPECT_EQ(G().DB->Distance, "010000");
     EXPECT_EQ(G().DB->Acceleration, "0300");
 
     Put_Field(d.page, DayPage::Distance, "010001"); // summed again from the minutes: 60 x 1.0 km
     Put_Field(d.page, DayPage::Acceleration, "0301");
-    ASSERT_EQ(io.Pack_File_Read1(d.File(app)), 0);
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
     EXPECT_EQ(G().DB->Distance.trimmed(), "600");
     const int accel = G().DB->Acceleration.toInt();
     EXPECT_TRUE(accel >= 0 && accel <= 100 && G().DB->Acceleration.size() == 4);
@@ -153,7 +153,7 @@ TEST(PackDecode, CountsAndDistanceFallbacks)
     Put_Field(d.page, DayPage::Acceleration, "00A1");
     Put_Field(d.page, DayPage::EndTime, "99X9"); // a bad end time also forces the sum
     Put_Field(d.page, DayPage::Distance, "000123");
-    ASSERT_EQ(io.Pack_File_Read1(d.File(app)), 0);
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
     EXPECT_EQ(G().DB->Acceleration, "0000");
     EXPECT_EQ(G().DB->EndTime, "0859");
     EXPECT_EQ(G().DB->Distance.trimmed(), "600");
@@ -169,14 +169,14 @@ TEST(PackDecode, BrakeRecordFilterAndForeignDistancePage)
     Put_Field(d.page, DayPage::Brack_Data,
               QString("081200" "8C8C" "081300" "8D10" "081400" "0010" "08A500" "3C20" "081600" "3C20")
                   .leftJustified(100, '0'));
-    ASSERT_EQ(io.Pack_File_Read1(d.File(app)), 0);
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
     EXPECT_EQ(G().DB->Brack.trimmed(), "2");
     EXPECT_EQ(G().DB->Brack_Data.left(20), "0812008C8C0816003C20");
     EXPECT_EQ(G().DB->Brack_Data.size(), 100);
 
     Put_Field(d.page, DayPage::Brack, "00"); // no count: the records go as they are
     Put_Field(d.distance, DistPage::StartDay, "240205"); // last month's page
-    ASSERT_EQ(io.Pack_File_Read1(d.File(app)), 0);
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
     EXPECT_EQ(G().DB->Brack_Data.left(10), "0812008C8C");
     EXPECT_EQ(Stored("D_D7", "D_F2"), QString(2880, '0'));
     EXPECT_EQ(Stored("D_D1", "D_F5"), "0800"); // the day is still stored
@@ -233,7 +233,7 @@ TEST(PackDecode, AFailureHalfWayKeepsWhatWasWritten)
     test::AppSession app;
     G().DB->Execute("DROP TABLE D_D7"); // the last save of the day will fail
     Day day;
-    EXPECT_EQ(G().IO->Pack_File_Read1(day.File(app)), 0);
+    EXPECT_EQ(G().IO->Pack_File_Read1(*G().DB, day.File(app)), 0);
     EXPECT_EQ(Stored("D_D1", "D_F5"), "0800");
     EXPECT_EQ(Stored("D_D3", "D_F2").size(), 2880);
     EXPECT_TRUE(Err_Last().contains("D_D7")) << Err_Last().toStdString();

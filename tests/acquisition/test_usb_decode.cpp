@@ -46,7 +46,7 @@ protected:
         const QString path = app.Path("new/" + kCar + "260105.dat");
         app.Write_File("new/" + kCar + "260105.dat", log);
         app.Write_File("new/" + kCar + "260105.dat.id", Filing_Note_Text(who));
-        return Decode_Dat130(path);
+        return Decode_Dat130(*G().DB, path);
     }
     QString Text(const QString& table, const QString& day, const char* field = "D_F2")
     {
@@ -214,7 +214,7 @@ TEST_F(Usb130, AFiledLogIsDecodedUnderTheReceptionThatFiledItOrWaits)
 {
     // No note beside it: nothing is decoded, under no driver.
     app.Write_File("new/" + kCar + "260105.dat", log);
-    EXPECT_FALSE(Decode_Dat130(app.Path("new/" + kCar + "260105.dat")));
+    EXPECT_FALSE(Decode_Dat130(*G().DB, app.Path("new/" + kCar + "260105.dat")));
     Recordset none = G().DB->DB_RSet_D_D("SELECT * FROM D_D1");
     EXPECT_EQ(none.RecordCount(), 0);
 
@@ -244,10 +244,10 @@ TEST_F(Usb130, OneHourAtATimeMergesLikeTheWholeLog)
     QString speed = zeros120, second = zeros120, metres = zeros240;
     speed.replace(0, 4, "1E00");
     metres.replace(0, 12, "095000990000");
-    usb_File_Read(kCar, kDriver, "26010514", speed, metres, second, result);
+    usb_File_Read(*G().DB, kCar, kDriver, "26010514", speed, metres, second, result);
     EXPECT_EQ(result, -1);
     speed.replace(0, 4, "2828");
-    usb_File_Read(kCar, kDriver, "26010514", speed, metres, second, result);
+    usb_File_Read(*G().DB, kCar, kDriver, "26010514", speed, metres, second, result);
     EXPECT_EQ(result, -1);
     const QString d3 = Text("D_D3", "260105"), d7 = Text("D_D7", "260105");
     ASSERT_EQ(d3.size(), 2880);
@@ -259,10 +259,10 @@ TEST_F(Usb130, OneHourAtATimeMergesLikeTheWholeLog)
     EXPECT_EQ(d7.mid(14 * 120, 6), "090001");
 
     // Bad hours are the handler's: nothing stored.
-    usb_File_Read(kCar, kDriver, "26010524", speed, metres, second, result);
+    usb_File_Read(*G().DB, kCar, kDriver, "26010524", speed, metres, second, result);
     EXPECT_EQ(result, 0);
-    usb_File_Read(kCar, kDriver, "2601051A", speed, metres, second, result);
+    usb_File_Read(*G().DB, kCar, kDriver, "2601051A", speed, metres, second, result);
     EXPECT_EQ(result, 0);
-    usb_File_Read(kCar, kDriver, "26010515", speed.left(100), metres, second, result);
+    usb_File_Read(*G().DB, kCar, kDriver, "26010515", speed.left(100), metres, second, result);
     EXPECT_EQ(result, 0);
 }

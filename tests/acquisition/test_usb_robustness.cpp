@@ -80,21 +80,21 @@ TEST_F(UsbDamage_, CutAndNoisyModel130LogsDecodeWhatIsWhole)
     const QByteArray log = Sample("130").log;
     for (qint64 n : {qint64(0), qint64(1), qint64(255), qint64(257), qint64(3 * 256 + 7), kEventRegion130 - 3,
                      kEventRegion130 + 15, kMinuteRegion130A + 60, kMinuteRegion130B + 100})
-        EXPECT_TRUE(Decode_Dat130(Filed(log.left(n)))) << n;
+        EXPECT_TRUE(Decode_Dat130(*G().DB, Filed(log.left(n)))) << n;
     // Hours cut at the event region are all there.
     EXPECT_EQ(Rows("D_D1"), 2);
     for (uint64_t seed = 1; seed <= 3; ++seed) {
-        EXPECT_TRUE(Decode_Dat130(Filed(Noise(kDat130Filed, seed))));
-        EXPECT_TRUE(Decode_Dat130(Filed(Digit_Noise(kDat130Filed, seed, 256))));
+        EXPECT_TRUE(Decode_Dat130(*G().DB, Filed(Noise(kDat130Filed, seed))));
+        EXPECT_TRUE(Decode_Dat130(*G().DB, Filed(Digit_Noise(kDat130Filed, seed, 256))));
     }
-    EXPECT_FALSE(Decode_Dat130(app.Path("new/none.dat")));
+    EXPECT_FALSE(Decode_Dat130(*G().DB, app.Path("new/none.dat")));
 }
 
 TEST_F(UsbDamage_, CutAndNoisyModel250LogsDecodeWhatIsWhole)
 {
     const QByteArray log = Sample("250").log;
     // Five whole records and a part of the sixth: the five make a day file.
-    ASSERT_TRUE(Decode_Dat250(Put("m/SPDR0403.dat", log.left(5 * kRecord250 + 100))));
+    ASSERT_TRUE(Decode_Dat250(*G().DB, Put("m/SPDR0403.dat", log.left(5 * kRecord250 + 100))));
     const QStringList ntd = QDir(app.Path("new")).entryList(QDir::Files);
     ASSERT_EQ(ntd.size(), 1);
     const QByteArray day = [&] {
@@ -110,8 +110,8 @@ TEST_F(UsbDamage_, CutAndNoisyModel250LogsDecodeWhatIsWhole)
     EXPECT_LE(seconds, 5 * 60);
 
     for (uint64_t seed = 1; seed <= 2; ++seed) {
-        EXPECT_TRUE(Decode_Dat250(Put("m/SPDR0403.dat", Noise(200 * kRecord250 + 7, seed))));
-        EXPECT_TRUE(Decode_Dat250(Put("m/SPDR0403.dat", Digit_Noise(200 * kRecord250, seed, kRecord250))));
+        EXPECT_TRUE(Decode_Dat250(*G().DB, Put("m/SPDR0403.dat", Noise(200 * kRecord250 + 7, seed))));
+        EXPECT_TRUE(Decode_Dat250(*G().DB, Put("m/SPDR0403.dat", Digit_Noise(200 * kRecord250, seed, kRecord250))));
         EXPECT_NE(Detect_Model(Put("m/big.dat", Noise(3000100, seed))), "x");
     }
     // A month of 13 never becomes a day file.
@@ -124,17 +124,17 @@ TEST_F(UsbDamage_, SavedDaysThatAreShortOrNoDayAreKeptOrDropped)
     const auto ntd = Make_Sample_Ntd("34CD00", "000042", QDate(2026, 2, 10));
     ASSERT_TRUE(ntd);
     ASSERT_EQ(ntd->size(), kSavedNtdFile);
-    EXPECT_FALSE(Decode_Ntd(Put("new/a.NTD", ntd->left(kSavedNtdFile - 1))));
-    EXPECT_FALSE(Decode_Ntd(Put("new/a.NTD", QByteArray())));
-    EXPECT_FALSE(Decode_Ntd(app.Path("new/none.NTD")));
+    EXPECT_FALSE(Decode_Ntd(*G().DB, Put("new/a.NTD", ntd->left(kSavedNtdFile - 1))));
+    EXPECT_FALSE(Decode_Ntd(*G().DB, Put("new/a.NTD", QByteArray())));
+    EXPECT_FALSE(Decode_Ntd(*G().DB, app.Path("new/none.NTD")));
     EXPECT_EQ(Rows("D_D1"), 0);
 
     // A day with a letter or of month 13: nothing to store, the file is done.
     QByteArray bad = *ntd;
     bad[7] = char(0x13);
-    EXPECT_TRUE(Decode_Ntd(Put("new/a.NTD", bad)));
+    EXPECT_TRUE(Decode_Ntd(*G().DB, Put("new/a.NTD", bad)));
     bad[7] = char(0x0A);
-    EXPECT_TRUE(Decode_Ntd(Put("new/a.NTD", bad)));
+    EXPECT_TRUE(Decode_Ntd(*G().DB, Put("new/a.NTD", bad)));
     EXPECT_FALSE(QDir(app.Path("pack")).exists() && !QDir(app.Path("pack")).isEmpty());
 
     // Noise of a day's size decodes as whatever it says, without failing.
@@ -143,15 +143,15 @@ TEST_F(UsbDamage_, SavedDaysThatAreShortOrNoDayAreKeptOrDropped)
         noise[6] = 0x26;
         noise[7] = 0x03;
         noise[8] = char(0x10 + seed);
-        EXPECT_TRUE(Decode_Ntd(Put("new/a.NTD", noise)));
+        EXPECT_TRUE(Decode_Ntd(*G().DB, Put("new/a.NTD", noise)));
     }
 
     // The whole day, and again: the same summary.
-    ASSERT_TRUE(Decode_Ntd(Put("new/a.NTD", *ntd)));
+    ASSERT_TRUE(Decode_Ntd(*G().DB, Put("new/a.NTD", *ntd)));
     const QString key = "34CD00000042260210";
     Recordset first = G().DB->DB_RSet_D_D("SELECT * FROM D_D1 WHERE D_F1=?", {key});
     ASSERT_EQ(first.RecordCount(), 1);
-    ASSERT_TRUE(Decode_Ntd(Put("new/a.NTD", *ntd)));
+    ASSERT_TRUE(Decode_Ntd(*G().DB, Put("new/a.NTD", *ntd)));
     Recordset again = G().DB->DB_RSet_D_D("SELECT * FROM D_D1 WHERE D_F1=?", {key});
     ASSERT_EQ(again.RecordCount(), 1);
     for (const char* f : {"D_F5", "D_F7", "D_F8", "D_F9", "D_F10", "D_F11"})
@@ -172,11 +172,11 @@ TEST_F(UsbDamage_, DamagedSampleMediaReceiveTheirGoodPart)
         ASSERT_TRUE(s);
         QDir(app.Path("new")).removeRecursively();
         if (QString(model) == "130")
-            ASSERT_TRUE(Decode_Dat130(Filed(s->log)));
+            ASSERT_TRUE(Decode_Dat130(*G().DB, Filed(s->log)));
         else {
-            ASSERT_TRUE(Decode_Dat250(Put("m/SPDR0403.dat", s->log)));
+            ASSERT_TRUE(Decode_Dat250(*G().DB, Put("m/SPDR0403.dat", s->log)));
             for (const QString& f : QDir(app.Path("new")).entryList(QDir::Files))
-                EXPECT_TRUE(Decode_Ntd(app.Path("new/" + f))) << f.toStdString();
+                EXPECT_TRUE(Decode_Ntd(*G().DB, app.Path("new/" + f))) << f.toStdString();
         }
         // Only the two days: no day of month 13, no day with a letter.
         Recordset rs = G().DB->DB_RSet_D_D("SELECT * FROM D_D1 ORDER BY D_F4");

@@ -6,10 +6,11 @@
 #include "analysis/Standards.h"
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
+#include "store/Job_Runner.h"
 #include "store/IngestFixture.h"
 
 #include <QFile>
-#include <QMutex>
+#include <QSemaphore>
 #include <vector>
 
 using namespace vex;
@@ -254,17 +255,29 @@ TEST_P(Recount, ACancelledRecountLeavesEveryRowOldOrNew)
         Trip(key, 1000, {-1, -1, -1, -1, -1, -1, -1, -1, -1});
         Put("D_D3", key, {"D_F2", Series({{i, 81 + i}})});
     }
-    // The worker's own connection to the same database; cancelled once ten
-    // trips are reported.
-    Recount_Worker worker(db->Target(), cfg());
-    worker.Start(
-        [&](int done, int) {
-            if (done == 10)
-                worker.Cancel();
-        },
-        {});
-    ASSERT_TRUE(worker.Wait(60000));
-    const Recount_Summary& sum = worker.Summary();
+    // A job on its own connection to the same database. After ten trips it
+    // waits until the caller, told of them, has cancelled.
+    Job_Runner runner(db->Target());
+    QSemaphore told;
+    QObject::connect(&runner, &Job_Runner::Progress, [&](const QString&, int done, int) {
+        if (done == 10) {
+            runner.Cancel();
+            told.release();
+        }
+    });
+    runner.Start([&](Job& job) -> std::any {
+        return Apply_New_Standards(
+            job.Db(), cfg(),
+            [&](int done, int total) {
+                job.Progress({}, done, total);
+                if (done == 10)
+                    told.acquire();
+            },
+            [&] { return job.Cancelled(); });
+    });
+    const Job_Result& result = runner.Wait_Events();
+    ASSERT_TRUE(result.Ok()) << result.error.toStdString();
+    const auto sum = result.Value<Recount_Summary>();
     EXPECT_TRUE(sum.cancelled);
     EXPECT_EQ(sum.done, 10);
     EXPECT_TRUE(sum.error.isEmpty()) << sum.error.toStdString();

@@ -10,6 +10,7 @@
 #include "support/TempApp.h"
 
 #include <QDateTime>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -17,7 +18,6 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
-#include <QThread>
 #include <gtest/gtest.h>
 
 using namespace vex;
@@ -166,7 +166,13 @@ TEST_F(ReportCli, ARecalcKilledHalfWayLeavesEveryRowOldOrNew)
     lock.setDatabaseName(database);
     ASSERT_TRUE(lock.open());
     QSqlQuery(lock).exec("BEGIN IMMEDIATE");
-    QThread::msleep(300);
+    // Killed once the recount says its next write waits for the lock.
+    said.clear();
+    const QDeadlineTimer guard(120000);
+    while (!said.contains("vexcli: ") && recalc.state() == QProcess::Running && !guard.hasExpired())
+        if (recalc.waitForReadyRead(1000))
+            said += recalc.readAllStandardError();
+    EXPECT_TRUE(said.contains("vexcli: ")) << said.toStdString();
     recalc.kill();
     recalc.waitForFinished();
     QSqlQuery(lock).exec("ROLLBACK");

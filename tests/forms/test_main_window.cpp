@@ -10,7 +10,15 @@
 #include "forms/logic/Nav_Logic.h"
 
 #include <QFile>
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMouseEvent>
+#include <QProgressDialog>
+#include <QTimer>
+#include <functional>
+#include <typeinfo>
 
 namespace {
 
@@ -220,6 +228,104 @@ TEST_F(MainWindowTest, DatabaseSizeTest)
     m->Form_Activate();
     EXPECT_TRUE(msgs.seen.empty());
     EXPECT_EQ(Live_DB_File(), app.Path("db/morix.mdb"));
+}
+
+// Closes every modal dialog but a progress dialog as it is shown, so that
+// nothing a window opens can stop the run; what it closed is kept to be told.
+class Modal_Closer : public QObject {
+public:
+    Modal_Closer() { qApp->installEventFilter(this); }
+    ~Modal_Closer() override { qApp->removeEventFilter(this); }
+    QStringList closed;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* e) override
+    {
+        auto* w = qobject_cast<QWidget*>(watched);
+        if (e->type() == QEvent::Show && w && w->isWindow() && w->isModal() && !qobject_cast<Vex_Form*>(w) &&
+            !qobject_cast<QProgressDialog*>(w)) {
+            closed << w->windowTitle();
+            QTimer::singleShot(0, w, [w] { w->close(); });
+        }
+        return false;
+    }
+};
+
+// A window of the program itself, not a placeholder: its own class, in the
+// factory's list, shown, with controls to use.
+testing::AssertionResult Built_Window(const QString& name)
+{
+    Vex_Form* f = Find_Form(name);
+    if (!f)
+        return testing::AssertionFailure() << "no window " << name.toStdString();
+    if (typeid(*f) == typeid(Vex_Form) || !Built_Forms().contains(name))
+        return testing::AssertionFailure() << name.toStdString() << " is no window of its own";
+    if (!f->isVisible() || f->windowTitle().isEmpty())
+        return testing::AssertionFailure() << name.toStdString() << " is not shown with a title";
+    const int controls = int(f->findChildren<QAbstractButton*>().size() + f->findChildren<QLineEdit*>().size() +
+                             f->findChildren<QAbstractItemView*>().size() + f->findChildren<QLabel*>().size());
+    if (controls == 0)
+        return testing::AssertionFailure() << name.toStdString() << " has no controls";
+    return testing::AssertionSuccess();
+}
+
+void Close_All_Forms()
+{
+    for (const QString& name : Built_Forms())
+        if (Vex_Form* f = Find_Form(name))
+            f->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+TEST_F(MainWindowTest, EveryNodeAndEveryButtonReachesABuiltWindow)
+{
+    Receive_Usb_Days();
+    MDIForm_Main* m = Login();
+    ASSERT_NE(m, nullptr);
+    Modal_Closer modals;
+    int opened = 0;
+    const auto reach = [&](const Nav_Action& a, const std::function<void()>& press, const std::string& what) {
+        switch (a.kind) {
+        case Nav_Action::None:
+        case Nav_Action::Exit: // pressed last, below
+            return;
+        case Nav_Action::Help: {
+            const size_t before = urls.size();
+            press();
+            EXPECT_EQ(urls.size(), before + 1) << what;
+            return;
+        }
+        case Nav_Action::Open:
+            break;
+        }
+        msgs.Clear();
+        press();
+        if (a.remote) {
+            // No remote account: the press says it reached nobody.
+            EXPECT_FALSE(msgs.seen.empty()) << what;
+            return;
+        }
+        EXPECT_TRUE(Built_Window(a.form)) << what;
+        ++opened;
+        Close_All_Forms();
+    };
+    int exitNode = 0;
+    for (const Tree_Node& n : Tree_Nodes()) {
+        const Nav_Action a = Tree_Action(n.index);
+        if (a.kind == Nav_Action::Exit)
+            exitNode = n.index;
+        reach(a, [&] { Double_Click(m, n.index); }, "node " + std::to_string(n.index));
+    }
+    for (int b = 1; b <= 13; ++b)
+        reach(Button_Action(b), [&] { QTest::mouseClick(m->SSCommand[b], Qt::LeftButton); },
+              "button " + std::to_string(b));
+    EXPECT_GE(opened, 40);
+    EXPECT_TRUE(modals.closed.isEmpty()) << modals.closed.join(", ").toStdString();
+    EXPECT_TRUE(ends.empty());
+
+    ASSERT_NE(exitNode, 0);
+    Double_Click(m, exitNode);
+    EXPECT_EQ(ends.size(), 1u);
 }
 
 } // namespace

@@ -9,10 +9,10 @@
 #include "support/CliRun.h"
 #include "support/Emulator.h"
 
-#include <QTimer>
 #include <algorithm>
 
 #include <QTemporaryDir>
+#include <QThread>
 
 namespace {
 
@@ -133,6 +133,9 @@ TEST_F(ReceptionTest, PackFromTheAnalyzerEmulator)
     EXPECT_TRUE(std::is_sorted(values.begin(), values.end())) << "the bar never runs back";
     EXPECT_GE(values.size(), 6u);
     EXPECT_FALSE(f->Busy());
+    // The analyzer's port, lent to the reception's job, is back on this
+    // thread for the next info step.
+    EXPECT_EQ(G().Port->Device()->thread(), f->thread());
 
     // The last reception is searched under "00" + the pack's car code, newest
     // first: rows whose day has letters or a 13th month are passed over.
@@ -184,21 +187,24 @@ TEST_F(ReceptionTest, ASecondClickDuringAStepDoesNothing)
     frmPack_Read1* f = Ready_To_Receive(emulator);
     ASSERT_NE(f, nullptr);
 
-    // While the reception runs and keeps the window alive, the user clicks
-    // again: the click lands in the running step and is dropped.
-    bool sawBusy = false;
-    QTimer again;
-    QObject::connect(&again, &QTimer::timeout, [&] {
-        if (!f->Busy())
+    // Once the bar moves, the user clicks again; the click waits in the
+    // event queue, reaches the window while the reception runs and keeps it
+    // alive, and is dropped.
+    bool clicked = false, sawBusy = false;
+    QObject::connect(f->ProgressBar1, &QProgressBar::valueChanged, f, [&] {
+        if (clicked)
             return;
-        sawBusy = true;
-        f->Cmd_Save_Click();
-        again.stop();
+        clicked = true;
+        QMetaObject::invokeMethod(
+            f,
+            [&] {
+                sawBusy = f->Busy();
+                f->Cmd_Save_Click();
+            },
+            Qt::QueuedConnection);
     });
-    again.start(50);
     msgs.Clear();
     Press(f->Cmd_Save);
-    again.stop();
     EXPECT_TRUE(sawBusy);
     EXPECT_EQ(std::count_if(msgs.seen.begin(), msgs.seen.end(), [](const auto& m) { return m.text.startsWith("수신완료"); }), 1);
     EXPECT_EQ(Days_Of_Car(), 3);
@@ -231,4 +237,34 @@ TEST_F(ReceptionTest, ADayLeftUndrivenSinceTheLastReceptionIsSaidPlainly)
             QCoreApplication::processEvents();
         f->grab().save(qEnvironmentVariable("VEX_SHOTS") + "/reception_undriven_day.png");
     }
+}
+
+TEST_F(ReceptionTest, AUsbMediumIsStoredBehindTheWindowsProgress)
+{
+    // Two generated days of a model "250" medium, found among the roots.
+    const vex::test::CliRun sample = vex::test::Vexcli({"sample", "usb", "--model", "250", "--out", tmp_.filePath("medium"),
+                                                        "--car", "12AB00", "--driver", "000123", "--from", "260105",
+                                                        "--days", "2"});
+    ASSERT_EQ(sample.code, 0) << sample.err.toStdString();
+    qputenv("VEX_USB_ROOTS", tmp_.filePath("medium").toLocal8Bit());
+    frmPack_Read1* f = Open_Reception();
+    ASSERT_NE(f, nullptr);
+    QTest::mouseClick(f->SSOption[3], Qt::LeftButton);
+    Press(f->Cmd_Save);
+    ASSERT_EQ(f->Step(), "수신") << msgs.Last().toStdString();
+    EXPECT_EQ(f->Text2->text(), "12AB00");
+
+    // The bar moves on this thread while the job stores the days.
+    std::vector<int> values;
+    QObject::connect(f->ProgressBar1, &QProgressBar::valueChanged, f, [&](int v) {
+        EXPECT_EQ(QThread::currentThread(), f->thread());
+        values.push_back(v);
+    });
+    msgs.Clear();
+    Press(f->Cmd_Save);
+    EXPECT_TRUE(msgs.Last().startsWith("수신완료")) << msgs.Last().toStdString();
+    EXPECT_EQ(Rows("SELECT * FROM D_D1 WHERE D_F2 = ?", {"12AB00"}), 2);
+    EXPECT_GE(values.size(), 2u);
+    EXPECT_EQ(f->ProgressBar1->value(), f->ProgressBar1->maximum());
+    EXPECT_EQ(f->Step(), "정보보기");
 }

@@ -205,7 +205,7 @@ TEST_F(Excel_Totals, SecondsOfAPeriodASheetADayAndTheTextFileTheInboxLeavesAlone
     EXPECT_EQ(QString::fromUtf8(lines[30]), "2026-01-05\t23:59:30\tB4\t40\t0.1\tidle\t장치작동\r");
     EXPECT_EQ(QString::fromUtf8(lines[119]), "2026-01-06\t00:00:59\t00\t00\t3.0\tnoidle\t비작동\r");
     // The next reception passes over it.
-    EXPECT_EQ(Inbox_Pass({}), 0);
+    EXPECT_EQ(Inbox_Pass(*G().DB, {}), 0);
     EXPECT_TRUE(QFile::exists(t.path));
 
     // No day file in the period: message 1135.

@@ -5,7 +5,10 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QThread>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileSystemWatcher>
+#include <QTimer>
 
 namespace vex::test {
 
@@ -72,25 +75,53 @@ QString Cups_Printer(QString* reason)
     return name;
 }
 
+namespace {
+
+// cups-pdf has ghostscript write the PDF in place; ghostscript writes the
+// cross-reference table and the closing "%%EOF" last, so a file that ends
+// with it and reads as pages is whole.
+bool Whole_Pdf(const QString& path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly) || f.size() < 16)
+        return false;
+    f.seek(f.size() - 16);
+    return f.read(16).contains("%%EOF") && Pdf_Pages(path) > 0;
+}
+
+} // namespace
+
 QString Wait_For_Cups_Pdf(qint64 sentMs, int timeoutMs)
 {
-    const QDir out(qEnvironmentVariable("VEX_TEST_CUPS_OUT"));
-    const qint64 until = QDateTime::currentMSecsSinceEpoch() + timeoutMs;
-    while (QDateTime::currentMSecsSinceEpoch() < until) {
-        // cups-pdf writes under its own name and closes the file at the end:
-        // a file is taken once its size holds still.
-        const QFileInfoList files = out.entryInfoList({QStringLiteral("*.pdf")}, QDir::Files, QDir::Time);
+    // Told by the file system: a new file in the folder, each write to a
+    // file of the job. The deadline only ends a wait for a job that never
+    // comes.
+    const QString folder = qEnvironmentVariable("VEX_TEST_CUPS_OUT");
+    QFileSystemWatcher watcher({folder});
+    QEventLoop loop;
+    QString found;
+    const auto look = [&] {
+        const QFileInfoList files =
+            QDir(folder).entryInfoList({QStringLiteral("*.pdf")}, QDir::Files, QDir::Time);
         for (const QFileInfo& f : files) {
             if (f.lastModified().toMSecsSinceEpoch() + 1000 < sentMs)
                 continue;
-            const qint64 size = f.size();
-            QThread::msleep(300);
-            if (size > 0 && QFileInfo(f.filePath()).size() == size && Pdf_Pages(f.filePath()) > 0)
-                return f.filePath();
+            if (!watcher.files().contains(f.filePath()))
+                watcher.addPath(f.filePath());
+            if (Whole_Pdf(f.filePath())) {
+                found = f.filePath();
+                loop.quit();
+                return;
+            }
         }
-        QThread::msleep(200);
-    }
-    return {};
+    };
+    QObject::connect(&watcher, &QFileSystemWatcher::directoryChanged, &loop, look);
+    QObject::connect(&watcher, &QFileSystemWatcher::fileChanged, &loop, look);
+    QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
+    look();
+    if (found.isEmpty())
+        loop.exec();
+    return found;
 }
 
 } // namespace vex::test

@@ -13,6 +13,7 @@
 #include "forms/logic/Usb_Drives.h"
 #include "platform/SerialPort.h"
 #include "store/Cls_DB.h"
+#include "store/Job_Runner.h"
 
 namespace vex::forms {
 
@@ -76,26 +77,30 @@ Pack_Info Pack_Info_Step()
     return info;
 }
 
-Pack_Receive Pack_Receive_Step(bool useRange, const QDate& from, const QDate& to,
-                               const Reception_Progress& progress)
+Pack_Read Pack_Read_Step(bool useRange, const QDate& from, const QDate& to, const Reception_Progress& progress)
 {
-    Pack_Receive r;
+    Pack_Read read;
+    Pack_Receive& r = read.receive;
     Globals& g = G();
     if (g.Link_Type != 1 || !g.IO || !g.DB) {
         r.message = Text_Press_Connect();
-        return r;
+        return read;
     }
     Cls_IO& io = *g.IO;
     AnalyzerLink& link = *g.Link;
     io.Link = &link;
     if (!link.SIO_PackCheck()) {
         r.message = Text_No_Pack();
-        return r;
+        return read;
     }
-    r.outcome = Receive_Pack_Days(useRange, from, to, progress);
     r.ok = true;
     r.message = Text_Received();
-    return r;
+    r.outcome.failure = Reception_Precheck(g.DB.get());
+    if (!r.outcome.failure.isEmpty())
+        return read;
+    read.daysRead = Read_Pack_Days(r.outcome, useRange, from, to, progress);
+    read.inboxDue = true;
+    return read;
 }
 
 namespace {
@@ -105,6 +110,18 @@ QDate Day_Of(const QString& yymmdd)
     if (yymmdd.size() < 6 || !All_Digits(yymmdd.left(6)))
         return {};
     return QDate(2000 + yymmdd.left(2).toInt(), yymmdd.mid(2, 2).toInt(), yymmdd.mid(4, 2).toInt());
+}
+
+// The days the medium holds: the master's, else those of the log.
+std::pair<QDate, QDate> Days_Held(const QString& source, const QString& root, const Usb_Master& master)
+{
+    QDate from = Day_Of(master.start), to = Day_Of(master.end);
+    if (!from.isValid() || !to.isValid() || from == to) {
+        const Usb_Days_Held held = Usb_Log_Days(Spdr_Path(root), source, QDate::currentDate().year() % 100);
+        from = Day_Of(held.oldest);
+        to = Day_Of(held.newest);
+    }
+    return {from, to};
 }
 
 } // namespace
@@ -135,18 +152,12 @@ Usb_Info Usb_Info_Step(const QString& source, const QString& folder)
         return info;
     if (G().DB)
         info.lastDay = Last_Reception_Day(*G().DB, info.carCode);
-    info.from = Day_Of(master->start);
-    info.to = Day_Of(master->end);
-    if (!info.from.isValid() || !info.to.isValid() || info.from == info.to) {
-        const Usb_Days_Held held = Usb_Log_Days(Spdr_Path(info.root), source, QDate::currentDate().year() % 100);
-        info.from = Day_Of(held.oldest);
-        info.to = Day_Of(held.newest);
-    }
+    std::tie(info.from, info.to) = Days_Held(source, info.root, *master);
     info.haveDates = info.from.isValid() && info.to.isValid();
     return info;
 }
 
-Pack_Receive Usb_Receive_Step(const QString& source, const QString& root, bool useRange, const QDate& from,
+Pack_Receive Usb_Receive_Step(Cls_DB& db, const QString& source, const QString& root, bool useRange, const QDate& from,
                               const QDate& to, const Reception_Progress& progress)
 {
     Pack_Receive r;
@@ -158,17 +169,42 @@ Pack_Receive Usb_Receive_Step(const QString& source, const QString& root, bool u
         return r;
     }
     QDate a = from, b = to;
-    if (!useRange) {
-        const Usb_Info held = Usb_Info_Step(source, root);
-        a = held.from;
-        b = held.to;
-    }
+    if (!useRange)
+        std::tie(a, b) = Days_Held(source, root, *master);
     const Filing_Note who = Usb_Reception_Note(*master, a.toString(QStringLiteral("yyMMdd")),
                                                b.toString(QStringLiteral("yyMMdd")));
-    r.outcome = Receive_Usb_Log(source, Spdr_Path(root), who, progress);
+    r.outcome = Receive_Usb_Log(db, source, Spdr_Path(root), who, progress);
     r.ok = true;
     r.message = Text_Received();
     return r;
+}
+
+Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress& progress,
+                           const std::function<void(const QString&)>& notice, AnalyzerPort* port)
+{
+    if (!G().DB) {
+        Pack_Receive r;
+        r.message = Reception_Precheck(nullptr);
+        return r;
+    }
+    Job_Runner runner(G().DB->Target());
+    // A count is progress; a text alone is a wait notice.
+    QObject::connect(&runner, &Job_Runner::Progress, [&](const QString& text, int done, int all) {
+        if (all > 0 && progress)
+            progress(done, all, text);
+        else if (all == 0 && notice)
+            notice(text);
+    });
+    runner.Start([work](Job& job) -> std::any {
+        job.Db().Wait_Notice = [&job](const QString& text) { job.Progress(text); };
+        return work(job, [&job](int done, int all, const QString& what) { job.Progress(what, done, std::max(all, 1)); });
+    }, port ? port->Device() : nullptr);
+    const Job_Result& done = runner.Wait_Events();
+    if (done.Ok())
+        return done.Value<Pack_Receive>();
+    Pack_Receive failed;
+    failed.message = done.error;
+    return failed;
 }
 
 } // namespace vex::forms

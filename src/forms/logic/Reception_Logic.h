@@ -12,6 +12,8 @@
 
 namespace vex {
 class AnalyzerLink;
+class AnalyzerPort;
+class Job;
 class Cls_DB;
 class SerialPort;
 }
@@ -46,11 +48,17 @@ struct Pack_Receive {
     QString message;            // the refusal, or "수신완료"
     Reception_Outcome outcome;  // what it stored, skipped and kept
 };
-// The receive step of the pack source: with a range, days from..to only.
-// progress is told after each day read and each file stored; a message of
-// the pack routines goes to Cls_IO's Message, which the caller sets.
-Pack_Receive Pack_Receive_Step(bool useRange, const QDate& from, const QDate& to,
-                               const Reception_Progress& progress);
+struct Pack_Read {
+    Pack_Receive receive;  // ok once the analyzer had a pack
+    int daysRead = 0;
+    bool inboxDue = false; // the files in \new are to be stored next (Run_Inbox)
+};
+// The receive step of the pack source up to the inbox pass: the analyzer's
+// pages into \new; with a range, days from..to only. progress is told after
+// each day read; a message of the pack routines goes to Cls_IO's Message,
+// which the caller sets. The pack's system page is the record of the main
+// connection (filled by the info step); no statement runs on it here.
+Pack_Read Pack_Read_Step(bool useRange, const QDate& from, const QDate& to, const Reception_Progress& progress);
 
 struct Usb_Info {
     bool ok = false;
@@ -66,9 +74,17 @@ struct Usb_Info {
 Usb_Info Usb_Info_Step(const QString& source, const QString& folder);
 
 // The receive step of "130" and "250" on the medium at root, for the chosen
-// dates or else the days the medium holds; "260" does nothing. The inbox
-// pass follows.
-Pack_Receive Usb_Receive_Step(const QString& source, const QString& root, bool useRange, const QDate& from,
+// dates or else the days the medium holds, stored on db; "260" does
+// nothing. The inbox pass follows.
+Pack_Receive Usb_Receive_Step(Cls_DB& db, const QString& source, const QString& root, bool useRange, const QDate& from,
                               const QDate& to, const Reception_Progress& progress = {});
+
+// A reception as a job on a connection of its own to the main database
+// (job.Db()), this thread's events running meanwhile. progress, and notice
+// with the waits of its writes for another program, are told on this
+// thread. port, the analyzer's when the job talks to it, is lent to the job.
+using Reception_Work = std::function<Pack_Receive(Job& job, const Reception_Progress& progress)>;
+Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress& progress = {},
+                           const std::function<void(const QString&)>& notice = {}, AnalyzerPort* port = nullptr);
 
 } // namespace vex::forms
