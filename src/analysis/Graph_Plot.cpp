@@ -44,7 +44,7 @@ void Restore(Graph_Surface& s)
 void Operation_Graph::Plot(Graph_Surface& s, bool hour)
 {
     const Graph_Geometry& g = Graph();
-    const QString& series = hour ? db_.Sec_Sec_Data : db_.Sec_Data;
+    const QString& series = hour ? Hour.speed : Trip.speed;
     float& current = hour ? Current_Point360 : Current_Point;
     current = 0;
     const int columns = hour ? 3600 : 1440;

@@ -2,6 +2,7 @@
 
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
+#include "core/Hour_Seconds.h"
 #include "core/Mod_Main.h"
 #include "platform/AppFolder.h"
 #include "platform/FileSystem.h"
@@ -359,9 +360,10 @@ int16_t Cls_DB::DB_Save_D_D_usb(const QString& car, const QString& driver, std::
 
 // ---- One hour for the hour graph ------------------------------------------------
 
-QString Cls_DB::DB_Search_SecData(const QString& car, const QString& driver, const QString& day, QString& hour)
+Hour_Seconds Cls_DB::DB_Search_SecData(const QString& car, const QString& driver, const QString& day,
+                                       QString& hour)
 {
-    QString found;
+    Hour_Seconds found;
     Guarded(kErrSearch_SecData, [&] {
         // Older files carry no driver in their name; those come first.
         QString path = Local_Path(Day_Folder_Name(car, day) + QLatin1Char('\\') + day + QStringLiteral(".vex"));
@@ -418,13 +420,8 @@ QString Cls_DB::DB_Search_SecData(const QString& car, const QString& driver, con
             engineHex[2 * s] = QLatin1Char(kHex[b >> 4]);
             engineHex[2 * s + 1] = QLatin1Char(kHex[b & 0xF]);
         }
-        Sec_Sec_Data = speedHex;
-        Sec_Sec_RPM_Data = engineHex;
         const QString hh = hour.isEmpty() ? QStringLiteral("00") : hour;
-        Sec_StartTime = hh + QStringLiteral("0000");
-        Sec_EndTime = hh + QStringLiteral("5959");
-        Sec_EndDay = day;
-        found = path;
+        found = Hour_Seconds{path, speedHex, engineHex, hh + QStringLiteral("0000"), hh + QStringLiteral("5959"), day};
     });
     return found;
 }
