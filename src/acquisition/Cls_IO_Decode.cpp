@@ -1,6 +1,5 @@
-// Decoding of pack files: the system page, the filing of a freshly read day,
-// and a filed day into the database. A bad field is never an error: each has
-// a fixed fallback. Only a page that fails its check byte is refused.
+// Pack files on the desk: the system page decoded, a freshly read day filed,
+// and a filed day decoded (Decode_Pack_Day) and stored.
 #include "acquisition/Cls_IO.h"
 
 #include "acquisition/AnalyzerLink.h"
@@ -16,10 +15,8 @@
 #include "platform/FileSystem.h"
 #include "store/Cls_DB.h"
 
-#include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
-#include <cmath>
 
 namespace vex {
 

@@ -260,11 +260,13 @@ bool Decode_Dat130(const QString& path, const Filing_Note& who)
     // stored rows as one: the same rows as hour by hour, in a write a table.
     if (!log.days.empty()) {
         Guarded(kErrUsb_File_Read, [&] { Ensure_Registers(db, car, driver); });
-        for (const auto& [date, day] : log.days)
+        for (const auto& entry : log.days) {
+            const Usb_Minute_Day& day = entry.second;
             Guarded(kErrUsb_File_Read, [&] {
-                Store_Day(db, car + driver + date, Hex_Cells(day.speed), Decimal_Cells(day.distance),
+                Store_Day(db, car + driver + entry.first, Hex_Cells(day.speed), Decimal_Cells(day.distance),
                           Hex_Cells(day.second));
             });
+        }
     }
 
     // The event lists, merged into the stored ones.

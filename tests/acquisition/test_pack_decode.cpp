@@ -88,6 +88,26 @@ TEST(PackDecode, AGoodDayIsStoredOnceWithItsSeriesAndRegistersItsCarAndDriver)
     EXPECT_EQ(io.Car_Code, "000001");
 }
 
+TEST(PackDecode, TheCarsLimitIsLookedUpUnderThePacksCodeOfFour)
+{
+    test::AppSession app;
+    Cls_IO& io = *G().IO;
+    Day day; // an hour at 60 km/h
+    ASSERT_EQ(io.Pack_File_Read1(day.File(app)), 0) << Err_Last().toStdString();
+    EXPECT_EQ(io.Decoded.longOverspeeds, 0);
+
+    // The car registered itself as "000001": its own limit isn't seen, the
+    // day still counts against 80.
+    G().DB->Execute("UPDATE S_D1 SET D_F10=? WHERE D_F1=?", {50, "000001"});
+    ASSERT_EQ(io.Pack_File_Read1(day.File(app)), 0);
+    EXPECT_EQ(io.Decoded.longOverspeeds, 0);
+
+    // A row under the code of four is: 59 pairs of minutes above 50 km/h.
+    G().DB->Execute("INSERT INTO S_D1 (D_F1, D_F10) VALUES (?, ?)", {"0001", 50});
+    ASSERT_EQ(io.Pack_File_Read1(day.File(app)), 0);
+    EXPECT_EQ(io.Decoded.longOverspeeds, 59);
+}
+
 TEST(PackDecode, CheckBytesAndErasedPages)
 {
     test::AppSession app;
