@@ -183,7 +183,7 @@ QString Operation_Graph::DB_Search_SecData2(Graph_Surface* surface, const QStrin
             Err_Proc(kErrSearch_SecData,
                      QStringLiteral("no day file of %1 %2 %3: the frame alone").arg(car, driver, day));
         const QString hh = hour.isEmpty() ? QStringLiteral("00") : hour;
-        Hour = Hour_Seconds{QString(), QString(), QString(), hh + QStringLiteral("0000"), hh + QStringLiteral("5959"), day};
+        Hour = Hour_Seconds{QString(), {}, {}, hh + QStringLiteral("0000"), hh + QStringLiteral("5959"), day};
     } else {
         Hour = read;
     }

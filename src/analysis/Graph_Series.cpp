@@ -148,17 +148,16 @@ void Operation_Graph::DB_3600_DB()
     speed360_.fill(0);
     rpm360_.fill(0);
     second360_.fill(0);
-    std::array<int, 3601> cells{};
-    Decode_Cells(Hour.speed, 3600, cells.data(), "second speed", kErrSearch_SecData, Hex_Pair);
-    for (int k = 1; k <= 3600; ++k)
-        speed360_[size_t(k)] = Speed_Of(cells[size_t(k)]);
-    cells.fill(0);
-    Decode_Cells(Hour.rpm, 3600, cells.data(), "second engine", kErrSearch_SecData, Hex_Pair);
+    // Element k is second k-1 of the hour; an hour not read counts 0.
+    auto At = [](const std::vector<uint8_t>& seconds, int k) {
+        return size_t(k) <= seconds.size() ? int(seconds[size_t(k - 1)]) : 0;
+    };
     for (int k = 1; k <= 3600; ++k) {
-        rpm360_[size_t(k)] = Rpm_Sample(cells[size_t(k)], Engine_Factor);
-        second360_[size_t(k)] = int16_t(cells[size_t(k)]);
+        speed360_[size_t(k)] = Speed_Of(At(Hour.speed, k));
+        rpm360_[size_t(k)] = Rpm_Sample(At(Hour.engine, k), Engine_Factor);
+        second360_[size_t(k)] = int16_t(At(Hour.engine, k));
     }
-    Drawn_Range(second360_, !Hour.rpm.isEmpty(), speed360_, first360_, last360_);
+    Drawn_Range(second360_, !Hour.engine.empty(), speed360_, first360_, last360_);
 }
 
 namespace {

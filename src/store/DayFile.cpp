@@ -411,17 +411,13 @@ Hour_Seconds Cls_DB::DB_Search_SecData(const QString& car, const QString& driver
             hour = QString::number(h).rightJustified(2, QLatin1Char('0'));
         }
 
-        static constexpr char kHex[] = "0123456789ABCDEF";
-        QString speedHex(7200, Qt::Uninitialized), engineHex(7200, Qt::Uninitialized);
-        for (int s = 0; s < 3600; ++s) {
-            const auto a = uint8_t(sp[s]), b = uint8_t(en[s]);
-            speedHex[2 * s] = QLatin1Char(kHex[a >> 4]);
-            speedHex[2 * s + 1] = QLatin1Char(kHex[a & 0xF]);
-            engineHex[2 * s] = QLatin1Char(kHex[b >> 4]);
-            engineHex[2 * s + 1] = QLatin1Char(kHex[b & 0xF]);
-        }
         const QString hh = hour.isEmpty() ? QStringLiteral("00") : hour;
-        found = Hour_Seconds{path, speedHex, engineHex, hh + QStringLiteral("0000"), hh + QStringLiteral("5959"), day};
+        found = Hour_Seconds{path,
+                             std::vector<uint8_t>(sp.begin(), sp.end()),
+                             std::vector<uint8_t>(en.begin(), en.end()),
+                             hh + QStringLiteral("0000"),
+                             hh + QStringLiteral("5959"),
+                             day};
     });
     return found;
 }

@@ -203,7 +203,7 @@ TEST_F(Render, BadInputDrawsTheFrameAndSaysWhatWasMissing)
     QString hour = "08";
     EXPECT_TRUE(og.DB_Search_SecData2(nullptr, test::kSiteCar, test::kSiteDriver, "260301", hour).isEmpty());
     EXPECT_TRUE(New_Log().contains("no day file of 12AB00 000123 260301"));
-    EXPECT_TRUE(og.Hour.speed.isEmpty());
+    EXPECT_TRUE(og.Hour.speed.empty());
     const QString folder = G().App_Dir + "/pack/12AB00/260302";
     QDir().mkpath(folder);
     QFile cut(folder + "/260302000123.vex");

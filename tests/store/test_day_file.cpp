@@ -167,15 +167,17 @@ TEST_P(DayFiles, HourReadAndTheScanOfHourZero)
     EXPECT_EQ(read.startTime, "070000");
     EXPECT_EQ(read.endTime, "075959");
     EXPECT_EQ(read.endDay, "240131");
-    ASSERT_EQ(read.speed.size(), 7200);
-    EXPECT_EQ(read.speed.left(6), "002A00");
-    EXPECT_EQ(read.rpm.left(6), "000011");
+    ASSERT_EQ(read.speed.size(), 3600u);
+    EXPECT_EQ(read.speed[1], 0x2A);
+    EXPECT_EQ(read.speed[2], 0);
+    ASSERT_EQ(read.engine.size(), 3600u);
+    EXPECT_EQ(read.engine[2], 0x11);
 
     hour = "03"; // a chosen hour is read as it is, empty or not
     read = db->DB_Search_SecData("000100", "000200", "240131", hour);
     EXPECT_EQ(hour, "03");
     EXPECT_EQ(read.startTime, "030000");
-    EXPECT_EQ(read.speed, QString(7200, '0'));
+    EXPECT_EQ(read.speed, std::vector<uint8_t>(3600, 0));
 
     // A file named without the driver is taken first.
     std::vector<uint8_t> other(kDayFileTwo, 0);
