@@ -271,7 +271,7 @@ bool Decode_Dat130(const QString& path, const Filing_Note& who)
 
     // The event lists, merged into the stored ones.
     for (const Usb_Event_List& events : log.events) {
-        QString type = events.type, date = events.date, records = events.records;
+        QString type = events.type, date = events.date, records = events.Records();
         db.DB_Save_UD_D2(car, driver, type, date, records);
     }
 

@@ -104,9 +104,9 @@ void Read_Events(const Byte_View& v, Dat130_Log& log)
 {
     Usb_Event_List kinds[2] = {{QStringLiteral("55"), {}, {}}, {QStringLiteral("AA"), {}, {}}};
     auto Hand_Over = [&](Usb_Event_List& k) {
-        if (!k.records.isEmpty())
+        if (!k.events.empty())
             log.events.push_back(k);
-        k.records.clear();
+        k.events.clear();
     };
     for (int i = 0; i < kEventRecords130; ++i) {
         const qint64 at = kEventRegion130 + qint64(i) * kEventRecord130;
@@ -128,7 +128,7 @@ void Read_Events(const Byte_View& v, Dat130_Log& log)
         if (k.date != date)
             Hand_Over(k);
         k.date = date;
-        k.records += v.Digit_Text(at + 3, 3) + Speed_Hex(a) + Speed_Hex(b);
+        k.events.push_back({v.Digit_Text(at + 3, 3), a, b});
     }
     Hand_Over(kinds[0]);
     Hand_Over(kinds[1]);
@@ -273,6 +273,14 @@ Dat130_Log Decode_Dat130_Log(const QByteArray& filed, const QString& from, const
     Read_Events(v, log);
     Read_Seconds(v, from, to, log);
     return log;
+}
+
+QString Usb_Event_List::Records() const
+{
+    QString text;
+    for (const Usb_Event& e : events)
+        text += e.time + Speed_Hex(e.before) + Speed_Hex(e.after);
+    return text;
 }
 
 QString Hex_Cells(const std::array<uint8_t, 1440>& values)

@@ -67,12 +67,19 @@ struct Usb_Minute_Day {
     std::array<uint8_t, 1440> distance{};
     std::array<uint8_t, 1440> second{};
 };
-// The events of one kind and one date, as they are handed over: records of
-// ten characters, HHmmss and the speeds before and after as hexadecimal.
+// A quick brake or acceleration: its time and the speeds around it.
+struct Usb_Event {
+    QString time; // HHmmss
+    int before = 0, after = 0; // km/h
+};
+// The events of one kind and one date, as they are handed over.
 struct Usb_Event_List {
     QString type; // "55" quick brakes, "AA" quick accelerations
     QString date; // yyMMdd as the recorder wrote it
-    QString records;
+    std::vector<Usb_Event> events;
+    // As the event tables hold them: ten characters an event, HHmmss and the
+    // two speeds as hexadecimal ("FF" for 256 km/h and more).
+    QString Records() const;
 };
 // One minute record of second data: the clock minute of the day and its
 // sixty speeds.

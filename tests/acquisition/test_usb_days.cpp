@@ -161,9 +161,15 @@ TEST(UsbDays, A130LogGivesMinuteSeriesEventsAndSeconds)
     ASSERT_EQ(d.events.size(), 2u);
     EXPECT_EQ(d.events[0].type, "55");
     EXPECT_EQ(d.events[0].date, "261001");
-    EXPECT_EQ(d.events[0].records, "080010" "3C" "28");
+    ASSERT_EQ(d.events[0].events.size(), 1u);
+    EXPECT_EQ(d.events[0].events[0].time, "080010");
+    EXPECT_EQ(d.events[0].events[0].before, 60);
+    EXPECT_EQ(d.events[0].events[0].after, 40);
+    EXPECT_EQ(d.events[0].Records(), "080010" "3C" "28");
     EXPECT_EQ(d.events[1].type, "AA");
-    EXPECT_EQ(d.events[1].records, "080020" "28" "32");
+    EXPECT_EQ(d.events[1].Records(), "080020" "28" "32");
+    const Usb_Event_List fast{"AA", "261001", {{"080030", 250, 300}}};
+    EXPECT_EQ(fast.Records(), "080030" "FA" "FF"); // 256 km/h and more don't fit a byte
 
     ASSERT_EQ(d.seconds.size(), 1u);
     EXPECT_EQ(d.seconds[0].day, "261001");
