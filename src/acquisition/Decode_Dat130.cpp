@@ -102,31 +102,6 @@ QString Text_Of(Cls_DB& db, const QString& table, const QString& key, bool* foun
 
 } // namespace
 
-QString Compress_Metres(const QString& metres)
-{
-    QString out;
-    out.reserve(kHourChars);
-    int carry = 0;
-    for (int i = 0; i + 4 <= metres.size(); i += 4) {
-        const QString v = metres.mid(i, 4);
-        int r = v == QLatin1String("0000") ? 0 : int(Val(v));
-        if (carry >= 100) {
-            r += 100;
-            carry -= 100;
-        }
-        if (r == 0) {
-            out += QStringLiteral("00");
-            continue;
-        }
-        // Tenths of a kilometre; the metres below a hundred wait for a
-        // later minute.
-        out += QChar(u'0' + (r / 1000) % 10);
-        out += QChar(u'0' + (r / 100) % 10);
-        carry += r % 100;
-    }
-    return out;
-}
-
 void usb_File_Read(const QString& car, const QString& driver, const QString& stamp, const QString& speed,
                    const QString& metres, const QString& second, int16_t& result)
 {

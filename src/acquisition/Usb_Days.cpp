@@ -163,6 +163,31 @@ void Read_Seconds(const Byte_View& v, const QString& from, const QString& to, Da
 
 } // namespace
 
+QString Compress_Metres(const QString& metres)
+{
+    QString out;
+    out.reserve(kHourChars);
+    int carry = 0;
+    for (int i = 0; i + 4 <= metres.size(); i += 4) {
+        const QString v = metres.mid(i, 4);
+        int r = v == QLatin1String("0000") ? 0 : int(Val(v));
+        if (carry >= 100) {
+            r += 100;
+            carry -= 100;
+        }
+        if (r == 0) {
+            out += QStringLiteral("00");
+            continue;
+        }
+        // Tenths of a kilometre; the metres below a hundred wait for a
+        // later minute.
+        out += QChar(u'0' + (r / 1000) % 10);
+        out += QChar(u'0' + (r / 100) % 10);
+        carry += r % 100;
+    }
+    return out;
+}
+
 Ntd_Day Decode_Ntd_Day(const QByteArray& file)
 {
     Ntd_Day d;
