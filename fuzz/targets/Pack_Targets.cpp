@@ -5,8 +5,8 @@
 
 #include "acquisition/Cls_IO.h"
 #include "acquisition/Inbox.h"
+#include "acquisition/Pack_Decoder.h"
 #include "core/Mod_Main.h"
-#include "store/Cls_DB.h"
 
 namespace vex::fuzz {
 
@@ -25,8 +25,21 @@ bool Repaired_Stamp(const QString& s)
 
 } // namespace
 
+// The decoder alone on the bytes, then the same bytes as a file of the
+// inbox through the storing step.
 void Pack_File(Sandbox& box, std::span<const uint8_t> input)
 {
+    const Pack_Decode_Inputs inputs{[](const QString&) { return 80; }, [](int bound) { return bound - 1; }};
+    const Pack_Decoding decoded = Decode_Pack_Day(Bytes(input), inputs);
+    // A decoded day is a key of the store with whole minute series.
+    const Pack_Day& day = decoded.day;
+    if (decoded.verdict == Pack_Decoding::Verdict::Decoded
+        && (day.Key().size() != 18 || day.speed.size() != 2880 || day.distanceSeries.size() != 2880))
+        box.Fault(QStringLiteral("decoded day '%1' with series of %2 and %3 characters")
+                      .arg(day.Key())
+                      .arg(day.speed.size())
+                      .arg(day.distanceSeries.size()));
+
     const QString path = box.Write(QStringLiteral("\\new\\00010002261015.Vex"), Bytes(input));
     G().IO->Pack_File_Read1(*G().DB, path);
 }
@@ -46,8 +59,8 @@ void Sys_File(Sandbox& box, std::span<const uint8_t> input)
     if (!G().IO->Pack_SysFile_Read())
         return;
     // An accepted page has its stamps repaired to dates, whatever it held.
-    const Cls_DB& db = *G().DB;
-    for (const QString* s : {&db.SysPackLastWrite, &db.SysDBWriteDate})
+    const Pack_System_Page& page = G().IO->System_Page;
+    for (const QString* s : {&page.packLastWrite, &page.dbWriteDate})
         if (!Repaired_Stamp(*s))
             box.Fault(QStringLiteral("system page accepted with the stamp '%1'").arg(*s));
 }

@@ -6,6 +6,7 @@
 
 #include "acquisition/Inbox_Names.h"
 #include "acquisition/UsbRecorder.h"
+#include "acquisition/Usb_Days.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
@@ -162,9 +163,18 @@ void Usb_130(Sandbox& box, std::span<const uint8_t> input)
     Decode_Dat130(*G().DB, path);
 }
 
-// The bytes as they are: records of 512 bytes.
+// The bytes as they are: records of 512 bytes. The decoder alone first:
+// each day it hands over lies in the dates asked for and is whole.
 void Usb_250(Sandbox& box, std::span<const uint8_t> input)
 {
+    Dat250_Days days(QStringLiteral("261001"), QStringLiteral("261031"), [&](const Usb_Second_Day& d) {
+        if (d.day < QLatin1String("261001") || d.day > QLatin1String("261031") || d.speed.size() != size_t(kDayArray)
+            || d.engine.size() != size_t(kDayArray) || d.metres.size() != size_t(kDayMinutes + 1))
+            box.Fault(QStringLiteral("day '%1' handed over out of its dates or cut").arg(d.day));
+    });
+    days.Feed(Bytes(input));
+    days.Finish();
+
     const QString path = box.Write(QStringLiteral("\\usb\\SPDR0403.dat"), Bytes(input));
     Usb_State() = Usb_Reception{QStringLiteral("12AB00"), QStringLiteral("000123"), {}, {}, {}};
     Decode_Dat250(*G().DB, path);

@@ -8,6 +8,9 @@
 // (empty text, a character that isn't a digit of the base, a value too wide
 // for the result) is a run-time error of the procedure: it is passed to
 // Err_Proc under the procedure's code and the result is empty text.
+#include "core/Pack_Day.h"
+#include "core/Pack_System_Page.h"
+
 #include <QDate>
 #include <QString>
 #include <cstdint>
@@ -22,14 +25,19 @@ class Cls_DB;
 class Cls_IO {
 public:
     // ---- Reception of a memory pack. The pack routines work on the shared
-    // objects: the connected analyzer (Link), the decoded-day record of
-    // G().DB, the settings of G().Config and the application folder.
+    // objects: the connected analyzer (Link), the connection G().DB, the
+    // settings of G().Config and the application folder.
 
     AnalyzerLink* Link = nullptr;  // set while an analyzer is connected
     bool Range_Selected = false;   // the dialog's date range is ticked
     QString m_Sel_SDate, m_Sel_EDate;
     QString Car_Code, Drive_Code;  // six characters, of the day being decoded
     QString Read_Day;              // YYMMDD of the day being read from the pack
+    // The pack's system page as Pack_SysFile_Read repaired it; with a date
+    // range the dialog sets the three stamps.
+    Pack_System_Page System_Page;
+    // The day the last Pack_File_Read1 stored.
+    Pack_Day Decoded;
     std::function<QDate()> Today;  // the desk's date; the clock when unset
     // Told after each day of Pack_Reads: days done, days in all, the date.
     std::function<void(int, int, const QDate&)> Progress;
@@ -55,7 +63,7 @@ public:
     // Appends text and a line end to the file; True when written.
     bool Write_File(const QString& text, const QString& path);
 
-    // The system page into SysRead.Vex and the Sys properties.
+    // The system page into SysRead.Vex and System_Page.
     bool Pack_SysReads();
     // 0 no link or a fresh pack ("AA" "11"/"00"), 1 normal, 5 second check
     // byte wrong, 6 first check byte wrong, 7 system page unreadable.
@@ -69,13 +77,14 @@ public:
     // of how far the desktop has read. False for another mode or a dead link.
     bool Pack_Writes(int16_t& mode, const QString& value);
 
-    // Decodes SysRead.Vex into the Sys properties of G().DB.
+    // Decodes SysRead.Vex into System_Page.
     bool Pack_SysFile_Read();
     // Judges the day in Read.Vex and files it under \new and \mpack; 0.
     int16_t Pack_File_Read(const QString& path);
-    // Decodes one pack file into the record of db and stores it there: 0
-    // decoded, 1 refused (check byte, empty file, or a car, driver or day
-    // that can't be a key after the repairs; Refusal says which).
+    // Decodes one pack file (Decode_Pack_Day), registers its car and driver
+    // and stores it: 0 decoded, 1 refused
+    // (check byte, empty file, or a car, driver or day that can't be a key
+    // after the repairs; Refusal says which).
     int16_t Pack_File_Read1(Cls_DB& db, const QString& path);
 
     QDate Today_Date() const { return Today ? Today() : QDate::currentDate(); }

@@ -74,12 +74,11 @@ int16_t Cls_IO::Pack_Checks()
     Guarded(1129, [&] {
         if (!Pack_SysReads())
             return;
-        const Cls_DB& db = *G().DB;
-        if (db.SysCheckPack != QLatin1String("AA"))
+        if (System_Page.checkPack != QLatin1String("AA"))
             code = 6;
-        else if (db.SysCheckPack1 == QLatin1String("AA"))
+        else if (System_Page.checkPack1 == QLatin1String("AA"))
             code = 1;
-        else if (db.SysCheckPack1 == QLatin1String("11") || db.SysCheckPack1 == QLatin1String("00"))
+        else if (System_Page.checkPack1 == QLatin1String("11") || System_Page.checkPack1 == QLatin1String("00"))
             code = 0;
         else
             code = 5;
@@ -91,26 +90,25 @@ QString Cls_IO::New_Pack_Read(const QString& bank, const QString& page, const QS
 {
     QString result = QStringLiteral("1");
     Guarded(1127, [&] {
-        const Cls_DB& db = *G().DB;
         const QString path = Dat_Path(QStringLiteral("Read.Vex"));
         const QString count = QStringLiteral("07FF");
 
         QString dayPage = Link->Read(bank, page, offset, count);
         if (dayPage.size() == kPageChars) {
-            Put_Field(dayPage, DayPage::CarCode, db.SysCarCode);
-            Put_Field(dayPage, DayPage::DriveCode, db.SysDriveCode);
+            Put_Field(dayPage, DayPage::CarCode, System_Page.car);
+            Put_Field(dayPage, DayPage::DriveCode, System_Page.driver);
             Write_File(dayPage, path);
         }
         QString distancePage = Link->Read(QStringLiteral("0D"), page, QStringLiteral("0000"), count);
         if (distancePage.size() == kPageChars) {
-            Put_Field(distancePage, DistPage::CarCode, db.SysCarCode);
-            Put_Field(distancePage, DistPage::DriveCode, db.SysDriveCode);
+            Put_Field(distancePage, DistPage::CarCode, System_Page.car);
+            Put_Field(distancePage, DistPage::DriveCode, System_Page.driver);
             Write_File(distancePage, path);
         }
         // Only the third page decides: a missing first or second line goes
         // unreported and leaves the file out of step with its records.
         const QString thirdPage = Link->Read(QStringLiteral("0F"), page, QStringLiteral("0000"), count);
-        if (thirdPage.size() == kPageChars && Write_File(thirdPage + db.SysTotalDistance, path))
+        if (thirdPage.size() == kPageChars && Write_File(thirdPage + System_Page.totalDistance, path))
             result = QStringLiteral("0");
     });
     return result;
@@ -127,15 +125,14 @@ int16_t Cls_IO::Pack_Reads()
             code = check == 0 ? 11 : int16_t(check + 11);
             return;
         }
-        Cls_DB& db = *G().DB;
-        const QString stop = db.SysPackLastWrite;
-        const bool dbWriteNumeric = Is_Numeric(db.SysDBWriteDate);
-        const QString start = dbWriteNumeric ? db.SysDBWriteDate : db.SysWarehouse + QStringLiteral("0000");
+        const QString stop = System_Page.packLastWrite;
+        const bool dbWriteNumeric = Is_Numeric(System_Page.dbWriteDate);
+        const QString start = dbWriteNumeric ? System_Page.dbWriteDate : System_Page.warehouse + QStringLiteral("0000");
         if (Val(stop) - Val(start) < 1)
             return; // nothing new on the pack
 
         const QDate a = Date_Of(stop.left(6));
-        const QDate b = Date_Of(dbWriteNumeric ? db.SysDBWriteDate.left(6) : db.SysWarehouse);
+        const QDate b = Date_Of(dbWriteNumeric ? System_Page.dbWriteDate.left(6) : System_Page.warehouse);
         if (!a.isValid() || !b.isValid())
             throw RunTimeError(QStringLiteral("no date in the pack's stamps ") + stop + QLatin1Char('/') + start);
         const qint64 n = std::abs(a.daysTo(b));

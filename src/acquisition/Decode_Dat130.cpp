@@ -1,8 +1,9 @@
-// Model "130": hour blocks into the minute series, the event region into the
-// event lists, the summary rebuilt from both, and the minute records of
-// second data into the day files.
+// Model "130", the storing side: the days of a log (Decode_Dat130_Log) into
+// the minute series, the event lists, the summary rebuilt from both, and the
+// day files of second data.
 #include "acquisition/UsbBytes.h"
 #include "acquisition/UsbRecorder.h"
+#include "acquisition/Usb_Days.h"
 
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
@@ -14,7 +15,7 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <map>
+#include <algorithm>
 #include <vector>
 
 namespace vex {
@@ -72,27 +73,20 @@ void Ensure_Registers(Cls_DB& db, const QString& car, const QString& driver)
     db.Register_Driver(driver);
 }
 
-// The three minute series of a day as the hours of a log arrive, merged
-// minute by minute in the order of the log before they meet the stored rows.
-struct Day_Series {
-    QString speed = QString(kSeriesChars, QLatin1Char('0'));
-    QString distance = QString(kSeriesChars, QLatin1Char('0'));
-    QString second = QString(kSeriesChars, QLatin1Char('0'));
-
-    void Add_Hour(int hour, const QString& sp, const QString& dist, const QString& ch)
-    {
-        const int at = hour * kHourChars;
-        Merge_Cells(speed, at, sp);
-        Merge_Cells(distance, at, dist);
-        Merge_Cells(second, at, ch);
-    }
-};
-
-void Store_Day(Cls_DB& db, const QString& key, const Day_Series& day)
+// The three minute series of a day into D_D3, D_D7 and D_D8.
+void Store_Day(Cls_DB& db, const QString& key, const QString& speed, const QString& distance, const QString& second)
 {
-    Merge_Series(db, QStringLiteral("D_D3"), key, day.speed);
-    Merge_Series(db, QStringLiteral("D_D7"), key, day.distance);
-    Merge_Series(db, QStringLiteral("D_D8"), key, day.second);
+    Merge_Series(db, QStringLiteral("D_D3"), key, speed);
+    Merge_Series(db, QStringLiteral("D_D7"), key, distance);
+    Merge_Series(db, QStringLiteral("D_D8"), key, second);
+}
+
+// One hour's cells at their place in a day of "00".
+QString Hour_In_Day(int hour, const QString& cells)
+{
+    QString day(kSeriesChars, QLatin1Char('0'));
+    Merge_Cells(day, hour * kHourChars, cells);
+    return day;
 }
 
 QString Text_Of(Cls_DB& db, const QString& table, const QString& key, bool* found = nullptr)
@@ -106,44 +100,7 @@ QString Text_Of(Cls_DB& db, const QString& table, const QString& key, bool* foun
     return text;
 }
 
-// A speed of the event region as one byte of hexadecimal; 256 km/h and more
-// don't fit and are "FF".
-QString Speed_Hex(int kmh)
-{
-    return kmh >= 256 ? QStringLiteral("FF") : Hex2(uint8_t(kmh));
-}
-
-bool In_Dates(const Filing_Note& who, const QString& day)
-{
-    return day >= who.from && day <= who.to;
-}
-
 } // namespace
-
-QString Compress_Metres(const QString& metres)
-{
-    QString out;
-    out.reserve(kHourChars);
-    int carry = 0;
-    for (int i = 0; i + 4 <= metres.size(); i += 4) {
-        const QString v = metres.mid(i, 4);
-        int r = v == QLatin1String("0000") ? 0 : int(Val(v));
-        if (carry >= 100) {
-            r += 100;
-            carry -= 100;
-        }
-        if (r == 0) {
-            out += QStringLiteral("00");
-            continue;
-        }
-        // Tenths of a kilometre; the metres below a hundred wait for a
-        // later minute.
-        out += QChar(u'0' + (r / 1000) % 10);
-        out += QChar(u'0' + (r / 100) % 10);
-        carry += r % 100;
-    }
-    return out;
-}
 
 void usb_File_Read(Cls_DB& db, const QString& car, const QString& driver, const QString& stamp, const QString& speed,
                    const QString& metres, const QString& second, int16_t& result)
@@ -156,9 +113,8 @@ void usb_File_Read(Cls_DB& db, const QString& car, const QString& driver, const 
         if (hour > 23 || speed.size() != kHourChars || second.size() != kHourChars || metres.size() != 2 * kHourChars)
             throw RunTimeError(QStringLiteral("Subscript out of range: hour %1").arg(stamp));
         Ensure_Registers(db, car, driver);
-        Day_Series day;
-        day.Add_Hour(hour, speed, Compress_Metres(metres), second);
-        Store_Day(db, car + driver + stamp.left(6), day);
+        Store_Day(db, car + driver + stamp.left(6), Hour_In_Day(hour, speed),
+                  Hour_In_Day(hour, Compress_Metres(metres)), Hour_In_Day(hour, second));
         result = -1;
     });
 }
@@ -270,129 +226,43 @@ bool Decode_Dat130(Cls_DB& db, const QString& path, const Filing_Note& who)
 
     Usb_Reception& state = Usb_State();
     QString car = who.car, driver = who.driver; // the save routines take them by reference
-    const Byte_View v(bytes);
-    std::map<QString, Day_Series> days;
+    const Dat130_Log log = Decode_Dat130_Log(bytes, who.from, who.to);
 
-    // First pass: the hour blocks.
-    for (int k = 0; k < kHourBlocks130; ++k) {
-        const qint64 at = qint64(k) * kBlock130;
-        if (!v.Fits(at, kBlock130))
-            break;
-        if (v[at] != 0xF0) // the start block ("FA") and free blocks hold no hour
-            continue;
-        if (v[at + 1] == 0xFF && v[at + 2] == 0xFF && v[at + 3] == 0xFF)
-            continue;
-        if (!v.Digits(at + 1, 3) || v.Bcd(at + 2) > 12 || v.Bcd(at + 3) > 31)
-            continue;
-        const QString date = v.Digit_Text(at + 1, 3);
-        if (!In_Dates(who, date))
-            continue;
-        // An hour that isn't one of the day has no place in its series.
-        if (!v.Digits(at + 4, 1) || v.Bcd(at + 4) > 23)
-            continue;
-
-        QString speed(kHourChars, Qt::Uninitialized), second(kHourChars, Qt::Uninitialized), metres;
-        metres.reserve(2 * kHourChars);
-        for (int m = 0; m < 60; ++m) {
-            const qint64 s = at + 5 + 4 * m;
-            const uint8_t sp = v[s] == 0xFF ? 0 : v[s];
-            const uint8_t ch = v[s + 1] == 0xFF ? 0 : v[s + 1];
-            const QString a = Hex2(sp), b = Hex2(ch);
-            speed[2 * m] = a[0];
-            speed[2 * m + 1] = a[1];
-            second[2 * m] = b[0];
-            second[2 * m + 1] = b[1];
-            metres += v.Digits(s + 2, 2) ? v.Digit_Text(s + 2, 2) : QStringLiteral("0000");
-        }
-        days[date].Add_Hour(v.Bcd(at + 4), speed, Compress_Metres(metres), second);
-    }
-    // The hours of a day are merged in the order of the log and reach the
+    // The hours of a day were merged in the order of the log and reach the
     // stored rows as one: the same rows as hour by hour, in a write a table.
-    if (!days.empty()) {
+    if (!log.days.empty()) {
         Guarded(kErrUsb_File_Read, [&] { Ensure_Registers(db, car, driver); });
-        for (const auto& entry : days)
-            Guarded(kErrUsb_File_Read, [&] { Store_Day(db, car + driver + entry.first, entry.second); });
-    }
-
-    // Second pass: the event region, whatever the dialog's dates: the region
-    // is a ring of the recorder's last events, and each kind keeps its list
-    // of one date and hands it over when a record of that kind brings
-    // another date.
-    struct Kind {
-        QString type, date, list;
-    };
-    Kind kinds[2] = {{QStringLiteral("55"), {}, {}}, {QStringLiteral("AA"), {}, {}}};
-    auto Flush = [&](Kind& k) {
-        if (!k.list.isEmpty())
-            db.DB_Save_UD_D2(car, driver, k.type, k.date, k.list);
-        k.list.clear();
-    };
-    for (int i = 0; i < kEventRecords130; ++i) {
-        const qint64 at = kEventRegion130 + qint64(i) * kEventRecord130;
-        if (!v.Fits(at, kEventRecord130))
-            break;
-        if (!v.Digits(at, 6))
-            continue;
-        // Twelve digits are all the record needs: a month of 13 is kept
-        // under its day as the recorder wrote it.
-        const QString date = v.Digit_Text(at, 3);
-        const int ca = (v[at + 6] << 8) | v[at + 7];
-        const int cb = (v[at + 8] << 8) | v[at + 9];
-        const int a = Usb_Speed(ca), b = Usb_Speed(cb);
-        const bool brake = b < a;
-        const bool counted = brake ? a - b >= 15 : double(cb - ca) * 3600.0 / kSpeedPulsesPerKm >= 7.5;
-        if (!counted)
-            continue;
-        Kind& k = kinds[brake ? 0 : 1];
-        if (k.date != date)
-            Flush(k);
-        k.date = date;
-        k.list += v.Digit_Text(at + 3, 3) + Speed_Hex(a) + Speed_Hex(b);
-    }
-    Flush(kinds[0]);
-    Flush(kinds[1]);
-
-    // Third pass: the summary of every day the hour blocks touched.
-    for (const auto& entry : days) {
-        const QString& date = entry.first;
-        int16_t result = 0;
-        dd1_File_Read(db, car, driver, date, result);
-        state.stored << car + driver + date;
-    }
-
-    // Fourth pass: the minute records of second data, a day at a time. The
-    // second byte of a pair is dropped; this recorder's day files carry no
-    // engine.
-    std::vector<uint8_t> speed(kDayArray, 0), engine(kDayArray, 0);
-    QString current;
-    auto Save = [&] {
-        db.DB_Save_D_D2_130(car, driver, speed, engine, current);
-        std::fill(speed.begin(), speed.end(), 0);
-    };
-    for (int r = 0; r < kMinuteRecords130A + kMinuteRecords130B; ++r) {
-        const qint64 at = r < kMinuteRecords130A ? kMinuteRegion130A + qint64(r) * kMinuteRecord130
-                                                 : kMinuteRegion130B + qint64(r - kMinuteRecords130A) * kMinuteRecord130;
-        if (!v.Fits(at, kMinuteRecord130))
-            continue;
-        if (v[at] == 0xFF || !v.Digits(at, 5))
-            continue;
-        const int month = v.Bcd(at + 1), day = v.Bcd(at + 2), hour = v.Bcd(at + 3), minute = v.Bcd(at + 4);
-        if (month > 12 || day > 31 || hour > 23 || minute > 59 || month == 0 || day == 0)
-            continue;
-        const QString date = v.Digit_Text(at, 3);
-        if (!In_Dates(who, date))
-            continue;
-        if (!current.isEmpty() && date != current)
-            Save();
-        current = date;
-        const int base = hour * 3600 + minute * 60;
-        for (int s = 0; s < 60; ++s) {
-            const uint8_t sp = v[at + 5 + 2 * s];
-            speed[base + s] = sp > 254 ? 0 : sp;
+        for (const auto& entry : log.days) {
+            const Usb_Minute_Day& day = entry.second;
+            Guarded(kErrUsb_File_Read, [&] {
+                Store_Day(db, car + driver + entry.first, Hex_Cells(day.speed), Decimal_Cells(day.distance),
+                          Hex_Cells(day.second));
+            });
         }
     }
-    if (!current.isEmpty())
-        Save();
+
+    // The event lists, merged into the stored ones.
+    for (const Usb_Event_List& events : log.events) {
+        QString type = events.type, date = events.date, records = events.Records();
+        db.DB_Save_UD_D2(car, driver, type, date, records);
+    }
+
+    // The summary of every day the hour blocks touched.
+    for (const auto& entry : log.days) {
+        int16_t result = 0;
+        dd1_File_Read(db, car, driver, entry.first, result);
+        state.stored << car + driver + entry.first;
+    }
+
+    // The second data, a run of one day at a time; no engine.
+    std::vector<uint8_t> speed(kDayArray, 0);
+    const std::vector<uint8_t> engine(kDayArray, 0);
+    for (const Usb_Second_Run& run : log.seconds) {
+        std::fill(speed.begin(), speed.end(), 0);
+        for (const Usb_Second_Minute& m : run.minutes)
+            std::copy(m.speed.begin(), m.speed.end(), speed.begin() + qint64(m.minute) * 60);
+        db.DB_Save_D_D2_130(car, driver, speed, engine, run.day);
+    }
     return true;
 }
 

@@ -102,7 +102,7 @@ void Run_Inbox(Cls_DB& db, Reception_Outcome& outcome, const Reception_Progress&
         if (f.undriven) {
             outcome.undriven << f.name.mid(8, 6);
         } else if (f.kind == QLatin1String("Vex") && f.result == 0) {
-            outcome.stored << db.CarCode + db.DriveCode + db.StartDay;
+            outcome.stored << G().IO->Decoded.Key();
         } else if (f.kind == QLatin1String("Vex") && f.removed) {
             outcome.refused << f.name + QStringLiteral(": ") + f.why;
         } else if (!f.removed && f.result != 0) {
@@ -128,9 +128,9 @@ int Read_Pack_Days(Reception_Outcome& outcome, bool useRange, const QDate& from,
     if (useRange) {
         const QString a = from.toString(QStringLiteral("yyMMdd"));
         const QString b = to.toString(QStringLiteral("yyMMdd"));
-        g.DB->SysPackInsert = a + QStringLiteral("0000");
-        g.DB->SysDBWriteDate = a + QStringLiteral("0000");
-        g.DB->SysPackLastWrite = b + QStringLiteral("2359");
+        io.System_Page.packInsert = a + QStringLiteral("0000");
+        io.System_Page.dbWriteDate = a + QStringLiteral("0000");
+        io.System_Page.packLastWrite = b + QStringLiteral("2359");
     }
     // Each day read is a file to store after: the bar runs over both.
     const int waiting = int(QDir(App_Path(g.App_Dir, QStringLiteral("\\new"))).entryList(QDir::Files | QDir::Hidden).size());

@@ -73,16 +73,21 @@ bool Append_Read_Line(const QString& path, const QString& pageText, ReadLine kin
     return Write_Bytes(path, QIODevice::WriteOnly | QIODevice::Append, line);
 }
 
+ReadRecords Read_Records(const QByteArray& bytes)
+{
+    return ReadRecords{
+        Record(bytes, 0, kDayRecordChars),
+        Record(bytes, kDistanceRecordAt, kMinuteRecordChars),
+        Record(bytes, kThirdRecordAt, kMinuteRecordChars),
+    };
+}
+
 std::optional<ReadRecords> Read_Read(const QString& path)
 {
-    const auto bytes = Read_Head(path, kThirdRecordAt + kMinuteRecordChars);
+    const auto bytes = Read_Head(path, kReadVexChars);
     if (!bytes)
         return std::nullopt;
-    return ReadRecords{
-        Record(*bytes, 0, kDayRecordChars),
-        Record(*bytes, kDistanceRecordAt, kMinuteRecordChars),
-        Record(*bytes, kThirdRecordAt, kMinuteRecordChars),
-    };
+    return Read_Records(*bytes);
 }
 
 } // namespace vex

@@ -4,6 +4,7 @@
 // day). Both are single-byte text with "\r\n" line ends.
 #include "acquisition/PackLayout.h"
 
+#include <QByteArray>
 #include <QString>
 #include <optional>
 
@@ -64,8 +65,14 @@ struct ReadRecords {
     PageText third;     // fields of DistPage
 };
 
-// The three records; a short file gives short or empty records. Empty when
-// the file can't be opened.
+// All of Read.Vex that its records span.
+inline constexpr int kReadVexChars = kThirdRecordAt + kMinuteRecordChars;
+
+// The three records of the bytes of Read.Vex; short bytes give short or
+// empty records.
+ReadRecords Read_Records(const QByteArray& bytes);
+
+// The three records of the file; empty when the file can't be opened.
 std::optional<ReadRecords> Read_Read(const QString& path);
 
 } // namespace vex

@@ -19,39 +19,34 @@ constexpr int16_t kErrSearch_Data = 1103;
 constexpr int16_t kErrSearch_Data_Move_Date = 1104;
 constexpr int16_t kErrSearch_SecData = 1107;
 
-// The trip's figures of a D_D1 row into the record.
-void Take_Trip(Cls_DB& db, const Recordset& rs)
+// The trip's figures of a D_D1 row; the series are read apart.
+Stored_Trip Trip_Of(const Recordset& rs)
 {
-    db.CarCode = rs.Text(QStringLiteral("D_F2"));
-    db.DriveCode = rs.Text(QStringLiteral("D_F3"));
-    db.StartDay = rs.Text(QStringLiteral("D_F4"));
-    db.StartTime = rs.Text(QStringLiteral("D_F5"));
-    db.EndDay = rs.Text(QStringLiteral("D_F6"));
-    db.EndTime = rs.Text(QStringLiteral("D_F7"));
-    db.Distance = QString::number(Val(rs.Text(QStringLiteral("D_F8"))) / 10);
-    db.Acceleration = rs.Text(QStringLiteral("D_F9"));
-    db.Brack = rs.Text(QStringLiteral("D_F10"));
-    db.OverSpeed_Count = int16_t(Val(rs.Text(QStringLiteral("D_F11"))));
-    db.Idle = rs.Text(QStringLiteral("D_F12"));
-    db.LKEngin = rs.Text(QStringLiteral("D_F13"));
-    db.Average_Value = Val(rs.Text(QStringLiteral("D_F14")));
+    Stored_Trip t;
+    t.car = rs.Text(QStringLiteral("D_F2"));
+    t.driver = rs.Text(QStringLiteral("D_F3"));
+    t.startDay = rs.Text(QStringLiteral("D_F4"));
+    t.startTime = rs.Text(QStringLiteral("D_F5"));
+    t.endDay = rs.Text(QStringLiteral("D_F6"));
+    t.endTime = rs.Text(QStringLiteral("D_F7"));
+    t.distance = QString::number(Val(rs.Text(QStringLiteral("D_F8"))) / 10);
+    t.accelerations = rs.Text(QStringLiteral("D_F9"));
+    t.brakes = rs.Text(QStringLiteral("D_F10"));
+    t.overspeedMinutes = int16_t(Val(rs.Text(QStringLiteral("D_F11"))));
+    t.idles = rs.Text(QStringLiteral("D_F12"));
+    t.longOverspeeds = rs.Text(QStringLiteral("D_F13"));
+    t.mark = Val(rs.Text(QStringLiteral("D_F14")));
+    return t;
 }
 
-void Blank_Trip(Cls_DB& db)
+// Figures of a trip taken over a stored trip, its series kept.
+void Take_Figures(Stored_Trip& trip, const Stored_Trip& figures)
 {
-    db.CarCode.clear();
-    db.DriveCode.clear();
-    db.StartDay.clear();
-    db.StartTime.clear();
-    db.EndDay.clear();
-    db.EndTime.clear();
-    db.Distance.clear();
-    db.Acceleration.clear();
-    db.Brack.clear();
-    db.OverSpeed_Count = 0;
-    db.Idle.clear();
-    db.LKEngin.clear();
-    db.Average_Value = 0;
+    Stored_Trip t = figures;
+    t.speed = trip.speed;
+    t.distanceSeries = trip.distanceSeries;
+    t.rpm = trip.rpm;
+    trip = t;
 }
 
 // D_F2 of the first row of a statement, or empty text; missing names the
@@ -95,22 +90,22 @@ bool Operation_Graph::DB_Search_Data(Graph_Surface* surface, const QString& car,
             Recordset rs = db_.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE D_F1=?"), {key});
             found = rs.RecordCount() > 0;
             if (found)
-                Take_Trip(db_, rs);
+                Take_Figures(Trip, Trip_Of(rs));
             else
                 Err_Proc(kErrSearch_Data, QStringLiteral("no stored day %1 in D_D1").arg(key));
         }
         Read_Engine_Factor(db_, car, Engine_Factor);
         bool missing = false;
-        db_.Sec_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), {key}, missing);
+        Trip.speed = First_Text(db_, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), {key}, missing);
         if (missing) {
             // No speed, no day: all three series go.
             Err_Proc(kErrSearch_Data, QStringLiteral("no minute speed of %1 in D_D3: the frame alone").arg(key));
-            db_.Sec_RPM_Data.clear();
-            db_.Sec_Distance_Data.clear();
+            Trip.rpm.clear();
+            Trip.distanceSeries.clear();
             return;
         }
-        db_.Sec_Distance_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), {key}, missing);
-        db_.Sec_RPM_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D8 WHERE D_F1=?"), {key}, missing);
+        Trip.distanceSeries = First_Text(db_, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), {key}, missing);
+        Trip.rpm = First_Text(db_, QStringLiteral("SELECT * FROM D_D8 WHERE D_F1=?"), {key}, missing);
     });
     DB_1440_DB();
     if (surface)
@@ -122,7 +117,7 @@ bool Operation_Graph::DB_Search_Data_Move_Date(const QString& car, const QString
                                                Graph_Surface* surface, int keyCode)
 {
     bool found = false;
-    Blank_Trip(db_);
+    Take_Figures(Trip, Stored_Trip{});
     Guarded(kErrSearch_Data_Move_Date, [&] {
         const bool forward = keyCode == 33;
         const QString order = forward ? QStringLiteral(" AND D_F4 >= ? ORDER BY D_F4 ASC")
@@ -135,16 +130,16 @@ bool Operation_Graph::DB_Search_Data_Move_Date(const QString& car, const QString
             found = rs.RecordCount() > 0;
             if (!found)
                 return;
-            Take_Trip(db_, rs);
+            Take_Figures(Trip, Trip_Of(rs));
         }
         Read_Engine_Factor(db_, car, Engine_Factor);
         const QString range = forward ? QStringLiteral(" WHERE LEFT(D_F1,12) = ? AND RIGHT(D_F1,6) >= ? ORDER BY D_F1 ASC")
                                       : QStringLiteral(" WHERE LEFT(D_F1,12) = ? AND RIGHT(D_F1,6) <= ? ORDER BY D_F1 DESC");
-        const QVariantList values{car + driver, db_.StartDay};
+        const QVariantList values{car + driver, Trip.startDay};
         bool missing = false;
-        db_.Sec_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D3") + range, values, missing);
-        db_.Sec_Distance_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D7") + range, values, missing);
-        db_.Sec_RPM_Data = First_Text(db_, QStringLiteral("SELECT * FROM D_D8") + range, values, missing);
+        Trip.speed = First_Text(db_, QStringLiteral("SELECT * FROM D_D3") + range, values, missing);
+        Trip.distanceSeries = First_Text(db_, QStringLiteral("SELECT * FROM D_D7") + range, values, missing);
+        Trip.rpm = First_Text(db_, QStringLiteral("SELECT * FROM D_D8") + range, values, missing);
     });
     if (!found)
         return false;
@@ -179,19 +174,18 @@ void Operation_Graph::DB_Search_Data2(Graph_Surface* /*surface*/, const QString&
 QString Operation_Graph::DB_Search_SecData2(Graph_Surface* surface, const QString& car, const QString& driver,
                                             const QString& day, QString& hour)
 {
-    const QString path = db_.DB_Search_SecData(car, driver, day, hour);
+    const Hour_Seconds read = db_.DB_Search_SecData(car, driver, day, hour);
+    const QString path = read.path;
     if (path.isEmpty()) {
         // No file, or one that could not be read (its reason is in the log
         // already): the hour is empty and the frame is drawn alone.
         if (Day_File_Path(car, driver, day).isEmpty())
             Err_Proc(kErrSearch_SecData,
                      QStringLiteral("no day file of %1 %2 %3: the frame alone").arg(car, driver, day));
-        db_.Sec_Sec_Data.clear();
-        db_.Sec_Sec_RPM_Data.clear();
         const QString hh = hour.isEmpty() ? QStringLiteral("00") : hour;
-        db_.Sec_StartTime = hh + QStringLiteral("0000");
-        db_.Sec_EndTime = hh + QStringLiteral("5959");
-        db_.Sec_EndDay = day;
+        Hour = Hour_Seconds{QString(), {}, {}, hh + QStringLiteral("0000"), hh + QStringLiteral("5959"), day};
+    } else {
+        Hour = read;
     }
     Guarded(kErrSearch_SecData, [&] { Read_Engine_Factor(db_, car, Engine_Factor); });
     DB_3600_DB();

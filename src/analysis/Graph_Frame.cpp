@@ -249,13 +249,13 @@ void Operation_Graph::Frame(Graph_Surface& s, bool hour)
     const float labelY = g.Graph_Bottom + s.Pixel() * 2;
     const float line = s.TextHeight(QStringLiteral("A"));
     if (hour) {
-        const QString day = db_.Sec_EndDay.isEmpty() ? db_.StartDay : db_.Sec_EndDay;
+        const QString day = Hour.endDay.isEmpty() ? Trip.startDay : Hour.endDay;
         Centred(s, QStringLiteral("  ") + Date_Dash(day), g.Graph_LabelX, g.Graph_Left, labelY);
-        if (db_.Sec_StartTime.size() >= 2)
-            Centred(s, QStringLiteral("  ") + db_.Sec_StartTime.left(2) + kHour, g.Graph_LabelX, g.Graph_Left,
+        if (Hour.startTime.size() >= 2)
+            Centred(s, QStringLiteral("  ") + Hour.startTime.left(2) + kHour, g.Graph_LabelX, g.Graph_Left,
                     labelY + line);
     } else {
-        Centred(s, Date_Dash(db_.StartDay), g.Graph_LabelX, g.Graph_Left, labelY);
+        Centred(s, Date_Dash(Trip.startDay), g.Graph_LabelX, g.Graph_Left, labelY);
     }
     Draw_Grid(s, hour);
     const float stateMiddle = (g.Graph_Top + g.Graph_RpmTop) / 2;

@@ -44,7 +44,7 @@ void Restore(Graph_Surface& s)
 void Operation_Graph::Plot(Graph_Surface& s, bool hour)
 {
     const Graph_Geometry& g = Graph();
-    const QString& series = hour ? db_.Sec_Sec_Data : db_.Sec_Data;
+    const bool nothing = hour ? Hour.speed.empty() : Trip.speed.isEmpty();
     float& current = hour ? Current_Point360 : Current_Point;
     current = 0;
     const int columns = hour ? 3600 : 1440;
@@ -64,7 +64,7 @@ void Operation_Graph::Plot(Graph_Surface& s, bool hour)
     const int windowFrom = Zoom_Time * 60, windowTo = Zoom_ETime * 60;
     const int from = std::max({windowFrom, first - 2, 0});
     const int to = std::min({windowTo - 1, last - 1, columns - 1});
-    if (series.isEmpty() || first == 0 || from > to)
+    if (nothing || first == 0 || from > to)
         return;
 
     std::vector<float> xs(size_t(to - from + 2));

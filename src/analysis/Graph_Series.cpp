@@ -127,15 +127,15 @@ void Decode_Minute_Distance(const QString& series, std::array<float, 1441>& cumu
 
 void Operation_Graph::DB_1440_DB()
 {
-    Decode_Minute_Speed(db_.Sec_Data, speed_, kErrSearch_Data);
-    Decode_Minute_Distance(db_.Sec_Distance_Data, distance_, kErrSearch_Data);
+    Decode_Minute_Speed(Trip.speed, speed_, kErrSearch_Data);
+    Decode_Minute_Distance(Trip.distanceSeries, distance_, kErrSearch_Data);
     std::array<int, 1441> cells{};
-    Decode_Cells(db_.Sec_RPM_Data, 1440, cells.data(), "minute engine (D_D8)", kErrSearch_Data, Hex_Pair);
+    Decode_Cells(Trip.rpm, 1440, cells.data(), "minute engine (D_D8)", kErrSearch_Data, Hex_Pair);
     for (int k = 0; k <= 1440; ++k) {
         engine_[size_t(k)] = int16_t(cells[size_t(k)]);
         rpm_[size_t(k)] = Rpm_Sample(cells[size_t(k)], Engine_Factor);
     }
-    Drawn_Range(engine_, !db_.Sec_RPM_Data.isEmpty(), speed_, first_, last_);
+    Drawn_Range(engine_, !Trip.rpm.isEmpty(), speed_, first_, last_);
 
     Sum_DriveTime = Sum_BDriveTime = 0;
     for (const Day_Section& s : Walk_Sections(speed_, distance_, Stop_Threshold()))
@@ -148,17 +148,16 @@ void Operation_Graph::DB_3600_DB()
     speed360_.fill(0);
     rpm360_.fill(0);
     second360_.fill(0);
-    std::array<int, 3601> cells{};
-    Decode_Cells(db_.Sec_Sec_Data, 3600, cells.data(), "second speed", kErrSearch_SecData, Hex_Pair);
-    for (int k = 1; k <= 3600; ++k)
-        speed360_[size_t(k)] = Speed_Of(cells[size_t(k)]);
-    cells.fill(0);
-    Decode_Cells(db_.Sec_Sec_RPM_Data, 3600, cells.data(), "second engine", kErrSearch_SecData, Hex_Pair);
+    // Element k is second k-1 of the hour; an hour not read counts 0.
+    auto At = [](const std::vector<uint8_t>& seconds, int k) {
+        return size_t(k) <= seconds.size() ? int(seconds[size_t(k - 1)]) : 0;
+    };
     for (int k = 1; k <= 3600; ++k) {
-        rpm360_[size_t(k)] = Rpm_Sample(cells[size_t(k)], Engine_Factor);
-        second360_[size_t(k)] = int16_t(cells[size_t(k)]);
+        speed360_[size_t(k)] = Speed_Of(At(Hour.speed, k));
+        rpm360_[size_t(k)] = Rpm_Sample(At(Hour.engine, k), Engine_Factor);
+        second360_[size_t(k)] = int16_t(At(Hour.engine, k));
     }
-    Drawn_Range(second360_, !db_.Sec_Sec_RPM_Data.isEmpty(), speed360_, first360_, last360_);
+    Drawn_Range(second360_, !Hour.engine.empty(), speed360_, first360_, last360_);
 }
 
 namespace {

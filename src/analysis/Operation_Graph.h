@@ -2,8 +2,8 @@
 // A day (1,440 minutes) and an hour (3,600 seconds) of one car and driver on
 // the graph canvas: the per-view state (where the picture goes, the zoom
 // window), the mapping of a minute or second and a value to a point, the
-// decoded series, the empty frame and the plot. The trip's figures and the
-// series texts live on Cls_DB, which the searches fill (Day_Search.cpp).
+// decoded series, the empty frame and the plot. The searches (Day_Search.cpp)
+// put the stored trip and the hour of second data here.
 //
 // Series arrays are 1-based, k = 1..1440 (1..3600), as the stored cells:
 // element k holds clock minute k-1 of the day (second k-1 of the hour), the
@@ -12,6 +12,8 @@
 // its state over the column from X(t) to X(t+1), and the cursor at X(t)
 // shows time t and reads element t+1. Element 0 is always 0.
 #include "analysis/Graph_Geometry.h"
+#include "core/Hour_Seconds.h"
+#include "core/Stored_Trip.h"
 
 #include <QString>
 #include <array>
@@ -70,10 +72,9 @@ public:
     float Make_Y_R(float sample) const;  // RPM sample in units of 40 RPM
     float Make_Y_R2(float sample) const; // the same in the second RPM band
 
-    // ---- Series. DB_1440_DB decodes Sec_Data, Sec_RPM_Data and
-    // Sec_Distance_Data of Cls_DB, finds the drawn range and sums the day's
-    // sections; DB_3600_DB decodes Sec_Sec_Data and Sec_Sec_RPM_Data. Bad
-    // cells count 0 and are written to the log.
+    // ---- Series. DB_1440_DB decodes the three series of Trip, finds the
+    // drawn range and sums the day's sections; DB_3600_DB decodes the two of
+    // Hour. Bad cells count 0 and are written to the log.
     void DB_1440_DB();
     void DB_3600_DB();
     int16_t Speed_Search(int k) const;
@@ -110,17 +111,21 @@ public:
     void Draw_Hour(Graph_Surface& surface);
 
     // ---- The read side (Day_Search.cpp).
-    // Loads the trip of car + driver + day into Cls_DB (figures and series),
-    // decodes it and, with a surface, draws it. False when D_D1 has no row.
+    // The trip the last search found (figures and series), blank when none.
+    Stored_Trip Trip;
+    // The hour of second data the last hour search read.
+    Hour_Seconds Hour;
+    // Loads the trip of car + driver + day into Trip, decodes it and, with a
+    // surface, draws it. False when D_D1 has no row.
     bool DB_Search_Data(Graph_Surface* surface, const QString& car, const QString& driver, const QString& day);
-    // The trip on or after (key 33) or on or before (key 34) day; the
-    // properties are blanked first and stay blank when there is none.
+    // The trip on or after (key 33) or on or before (key 34) day; Trip is
+    // blanked first and stays blank when there is none.
     bool DB_Search_Data_Move_Date(const QString& car, const QString& driver, const QString& day,
                                   Graph_Surface* surface, int keyCode);
     // The section list of a stored day.
     void DB_Search_Data2(Graph_Surface* surface, const QString& car, const QString& driver, const QString& day);
     std::vector<Day_Section> Sections;
-    // One hour of the day file (Cls_DB::DB_Search_SecData), decoded and,
+    // One hour of the day file (Cls_DB::DB_Search_SecData) into Hour, decoded and,
     // with a surface, drawn. hour "00" or empty finds the first hour with
     // data. The file read, or empty text when the day has none.
     QString DB_Search_SecData2(Graph_Surface* surface, const QString& car, const QString& driver,

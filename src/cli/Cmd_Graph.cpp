@@ -43,11 +43,11 @@ bool Started(Context& ctx)
     return Start_App(ctx) && Load_App_Settings(ctx);
 }
 
-QString Trip_Line(const Cls_DB& db)
+QString Trip_Line(const Stored_Trip& trip)
 {
     return QStringLiteral("%1 %2  %3 %4-%5  %6 km")
-        .arg(LoadResString(632) + QStringLiteral(" ") + db.CarCode, LoadResString(633) + QStringLiteral(" ") + db.DriveCode,
-             Date_Dash(db.StartDay), Time4_To_Text(db.StartTime), Time4_To_Text(db.EndTime), db.Distance);
+        .arg(LoadResString(632) + QStringLiteral(" ") + trip.car, LoadResString(633) + QStringLiteral(" ") + trip.driver,
+             Date_Dash(trip.startDay), Time4_To_Text(trip.startTime), Time4_To_Text(trip.endTime), trip.distance);
 }
 
 int Finish(Context& ctx, const Graph_File& file, bool ok, const QString& reason, bool found)
@@ -81,11 +81,11 @@ int Graph_Day(Context& ctx, QStringList args)
     if (!found)
         ctx.err << "vexcli: no stored day " << args[0] + args[1] + args[2] << "; the frame alone\n";
     else
-        ctx.out << Trip_Line(db) << "  drive " << og.Sum_DriveTime << " min, stops " << og.Sum_BDriveTime
+        ctx.out << Trip_Line(og.Trip) << "  drive " << og.Sum_DriveTime << " min, stops " << og.Sum_BDriveTime
                 << " min\n";
     ctx.out << "window " << og.Zoom_Time << "-" << og.Zoom_ETime << "h\n";
     const bool ok = Render(
-        file, LoadResString(629), {Trip_Line(db)},
+        file, LoadResString(629), {Trip_Line(og.Trip)},
         [&](Graph_Surface& s, int16_t od) {
             og.Out_Direction = od;
             og.Draw_Day(s);

@@ -24,16 +24,16 @@ namespace vex::cli {
 
 namespace {
 
-// What a decoded day left in the record, one line.
-QString Day_Line(const Cls_DB& db)
+// A stored pack day, one line, with the figures of its summary row.
+QString Day_Line(const Pack_Day& day)
 {
     return QStringLiteral("stored %1 car %2 driver %3  %4-%5  %6 km  accel %7  brakes %8  overspeed %9  long %10")
-        .arg(db.StartDay, db.CarCode, db.DriveCode, Time4_To_Text(db.StartTime), Time4_To_Text(db.EndTime))
-        .arg(Val(db.Distance) / 10, 0, 'f', 1)
-        .arg(int(Val(db.Acceleration)))
-        .arg(int(Val(db.Brack)))
-        .arg(db.OverSpeed_Count)
-        .arg(int(Val(db.LKEngin)));
+        .arg(day.startDay, day.car, day.driver, Time4_To_Text(day.startTime), Time4_To_Text(day.endTime))
+        .arg(day.distance / 10.0, 0, 'f', 1)
+        .arg(day.accelerations)
+        .arg(day.brakes)
+        .arg(day.overspeedMinutes)
+        .arg(day.Stored_Long_Overspeeds());
 }
 
 // A stored day of the USB road, read back from its summary row, in the form
@@ -67,7 +67,7 @@ std::function<void(const Inbox_File&)> File_Printer(Context& ctx)
         if (f.undriven)
             ctx.out << "not driven " << f.name.mid(8, 6) << " (" << f.name << ": the pack's page of the day is empty)\n";
         else if (f.kind == QLatin1String("Vex") && f.result == 0)
-            ctx.out << Day_Line(*G().DB) << "\n";
+            ctx.out << Day_Line(G().IO->Decoded) << "\n";
         else if (f.removed && f.result != 0)
             ctx.out << "refused " << f.name << " (" << f.why << ")\n";
         else if (!f.removed && f.result != 0)

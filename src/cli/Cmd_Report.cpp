@@ -170,7 +170,7 @@ int Cmd_Report(Context& ctx)
         } else if (kind == QLatin1String("operation")) {
             og.Set_Zoom_Window(int16_t(zoom), first, 24);
             og.DB_Search_Data(nullptr, args[0], args[1], args[2]);
-            printed = report.Report_Operation(*printer, og, Minute_Field_Captions(), Opening_Fields(db, og));
+            printed = report.Report_Operation(*printer, og, Minute_Field_Captions(), Opening_Fields(og));
         } else {
             og.Set_Zoom_Window(int16_t(zoom), first, 60);
             QString hour = args[3].rightJustified(2, QLatin1Char('0'));
@@ -179,7 +179,7 @@ int Cmd_Report(Context& ctx)
                 rc = 1;
             }
             printed = report.Report_Operation_360(*printer, og, Second_Field_Captions(),
-                                                  Second_Fields(db, og, args[0], args[1], 0));
+                                                  Second_Fields(og, args[0], args[1], 0));
         }
     });
     if (!printed) {

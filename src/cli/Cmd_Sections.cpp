@@ -44,7 +44,7 @@ int Cmd_Sections(Context& ctx)
                 << QString::number(s.Distance, 'f', 1).rightJustified(6) << " km\n";
     ctx.out << "Sum_DriveTime " << Minutes(og.Sum_DriveTime) << "  Sum_BDriveTime " << Minutes(og.Sum_BDriveTime)
             << "  Total_Time " << Minutes(og.Total_Time) << "\n"
-            << "long stops of the day (UnH_Time) " << Minutes(UnH_Time(G().DB->Sec_Data)) << "\n";
+            << "long stops of the day (UnH_Time) " << Minutes(UnH_Time(og.Trip.speed)) << "\n";
     return 0;
 }
 

@@ -157,6 +157,7 @@ void frmReport_DriveDay1::DB_View()
     Guarded(kErrDB_View, [&] {
         Cls_DB& db = *G().DB;
         const Operation_Graph& og = *og_;
+        const Stored_Trip& trip = og.Trip;
         const Cls_Report& sel = Selection();
         double driven = 0, total = 0;
         for (const Day_Section& s : og.Sections) {
@@ -174,8 +175,9 @@ void frmReport_DriveDay1::DB_View()
         for (int k = 1; k <= 1440; ++k)
             highest = std::max<int>(highest, og.Speed_Search(k));
         Add_Row(Grid2, {HHMM(og.Total_Time), QString(), HHMM(og.Sum_DriveTime), HHMM(og.Sum_BDriveTime),
-                        HHMM(og.Total_Time), Hhmm_Text(db.StartTime), Hhmm_Text(db.EndTime), Km_Text(Val(db.Distance)),
-                        QString::number(highest), Litres_Text(Rated_Litres(db, sel.Car_Code, Val(db.Distance)))});
+                        HHMM(og.Total_Time), Hhmm_Text(trip.startTime), Hhmm_Text(trip.endTime),
+                        Km_Text(Val(trip.distance)), QString::number(highest),
+                        Litres_Text(Rated_Litres(db, sel.Car_Code, Val(trip.distance)))});
 
         if (G().Config->C_Oil == 1) {
             Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_M1 WHERE D_F1 = ?"), {sel.Car_Code});
@@ -185,8 +187,8 @@ void frmReport_DriveDay1::DB_View()
         }
         // No input measures the engine's over-revving, and under drive is
         // always 0.
-        Add_Row(Grid4, {QString::number(db.Average_Value), QString::number(db.OverSpeed_Count), db.Acceleration,
-                        db.Brack, db.LKEngin, QStringLiteral("0"), QStringLiteral("0")});
+        Add_Row(Grid4, {QString::number(trip.mark), QString::number(trip.overspeedMinutes), trip.accelerations,
+                        trip.brakes, trip.longOverspeeds, QStringLiteral("0"), QStringLiteral("0")});
     });
 }
 

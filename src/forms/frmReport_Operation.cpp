@@ -65,14 +65,14 @@ bool frmReport_Operation::Load_Selection()
         }
         // Opening: the start of the trip in the time field, speed and
         // distance "0" until the cursor moves.
-        Set_Fields(Opening_Fields(*G().DB, og_));
+        Set_Fields(Opening_Fields(og_));
     });
     return found;
 }
 
 void frmReport_Operation::Show_Date()
 {
-    Label1->setText(Date_Dash(G().DB->StartDay));
+    Label1->setText(Date_Dash(og_.Trip.startDay));
 }
 
 void frmReport_Operation::Fill_Fields()
@@ -82,10 +82,9 @@ void frmReport_Operation::Fill_Fields()
         const bool rpm = Rpm_Input();
         TDBText1[15]->setVisible(rpm);
         Label3[15]->setVisible(rpm);
-        const Cls_DB& db = *G().DB;
-        if (db.Sec_Data.isEmpty() || cursorX_ <= 0)
+        if (og_.Trip.speed.isEmpty() || cursorX_ <= 0)
             return;
-        Set_Fields(Minute_Fields(db, og_, point_, TDBText1[14]->text()));
+        Set_Fields(Minute_Fields(og_, point_, TDBText1[14]->text()));
     });
 }
 
@@ -99,7 +98,7 @@ void frmReport_Operation::Page(int keyCode)
         Msg_Box(1135);
         return;
     }
-    sel.Start_Date = G().DB->StartDay;
+    sel.Start_Date = og_.Trip.startDay;
     Show_Date();
     Redraw(point_);
     if (auto* list = qobject_cast<Frm_oversp*>(Find_Form(QString::fromLatin1(Frm_oversp::kName))))

@@ -96,9 +96,9 @@ void frmReport_SecOperation::Fill_Fields()
         const bool rpm = Rpm_Input();
         TDBText1[4]->setVisible(rpm);
         Label3[4]->setVisible(rpm);
-        if (G().DB->Sec_Sec_Data.isEmpty() || cursorX_ <= 0)
+        if (og_.Hour.speed.empty() || cursorX_ <= 0)
             return;
-        Set_Fields(Second_Fields(*G().DB, og_, car_, driver_, point_));
+        Set_Fields(Second_Fields(og_, car_, driver_, point_));
     });
 }
 

@@ -5,6 +5,7 @@
 #include "registers/Register_Lookup.h"
 #include "reports/Cls_Report.h"
 
+#include "acquisition/Cls_IO.h"
 #include "analysis/Cls_Inspection.h"
 #include "analysis/Graph_Geometry.h"
 #include "analysis/Operation_Graph.h"
@@ -88,6 +89,13 @@ bool Any_Cell_Above_Zero(const QString& cells)
     return false;
 }
 
+// The recorder identity of the last pack read in this session; blank
+// without one.
+Pack_System_Page Last_System_Page()
+{
+    return G().IO ? G().IO->System_Page : Pack_System_Page{};
+}
+
 Daily_Figures Read_Daily(Cls_DB& db, Operation_Graph& og, const Cls_Report& r)
 {
     Daily_Figures d;
@@ -100,21 +108,23 @@ Daily_Figures Read_Daily(Cls_DB& db, Operation_Graph& og, const Cls_Report& r)
     d.sections = og.Sections;
     d.name = r.Driver_Name.isEmpty() ? Driver_Name_Of(db, r.Driver_Code) : r.Driver_Name;
     d.number = Management_Number(db, r.Car_Code);
-    d.machine = db.SysMachineNum.trimmed();
-    d.serial = db.SysSerialNumber.trimmed();
-    d.start = Hhmm_Text(db.StartTime);
-    d.end = Hhmm_Text(db.EndTime);
-    d.distance = Km_Text(Val(db.Distance));
+    const Pack_System_Page page = Last_System_Page();
+    d.machine = page.machineNumber.trimmed();
+    d.serial = page.serialNumber.trimmed();
+    const Stored_Trip& trip = og.Trip;
+    d.start = Hhmm_Text(trip.startTime);
+    d.end = Hhmm_Text(trip.endTime);
+    d.distance = Km_Text(Val(trip.distance));
     d.drive = og.Sum_DriveTime;
     d.stop = og.Sum_BDriveTime;
     d.total = og.Total_Time;
     for (int k = 1; k <= 1440; ++k)
         d.highest = std::max<int>(d.highest, og.Speed_Search(k));
-    d.mark = QString::number(db.Average_Value);
-    d.overspeed = db.OverSpeed_Count;
-    d.litres = Rated_Litres(db, r.Car_Code, Val(db.Distance));
-    d.distanceSeen = Any_Cell_Above_Zero(db.Sec_Distance_Data);
-    d.rpmSeen = Any_Cell_Above_Zero(db.Sec_RPM_Data);
+    d.mark = QString::number(trip.mark);
+    d.overspeed = trip.overspeedMinutes;
+    d.litres = Rated_Litres(db, r.Car_Code, Val(trip.distance));
+    d.distanceSeen = Any_Cell_Above_Zero(trip.distanceSeries);
+    d.rpmSeen = Any_Cell_Above_Zero(trip.rpm);
     const Cls_Config* cfg = G().Config.get();
     if (cfg && cfg->C_Oil == 1) {
         Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_M1 WHERE D_F1 = ?"), {r.Car_Code});
@@ -436,7 +446,8 @@ bool Cls_Report::Report_Drive_Sections(Report_Printer& printer, Cls_DB& db)
         Report_Page page(printer, M(1132), false);
         const float y = page.Title(M(1132));
         page.Print_Date(y);
-        Section_Pages(page, og.Sections, db.SysMachineNum.trimmed(), db.SysSerialNumber.trimmed(),
+        const Pack_System_Page system = Last_System_Page();
+        Section_Pages(page, og.Sections, system.machineNumber.trimmed(), system.serialNumber.trimmed(),
                       y + page.Pitch() * 1.3f);
         ok = page.Finish();
     });

@@ -113,7 +113,7 @@ bool Cls_Report::Report_Operation_360(Report_Printer& printer, Operation_Graph& 
         // The hour's stored events and its highest values.
         Cls_DB& db = og.DB();
         const QString key = Car_Code + Driver_Code + Start_Date;
-        const QString hh = db.Sec_StartTime.left(2);
+        const QString hh = og.Hour.startTime.left(2);
         int highest = 0, rpm = 0;
         for (int k = 1; k <= 3600; ++k) {
             highest = std::max<int>(highest, og.Speed_Search360(k));

@@ -1,8 +1,8 @@
 #pragma once
 // The database side of the system: the one connection that stays open from
 // the login to the end, and the recordsets every part reads and writes
-// through. Later the decoded-day record, the ingest and the searches hang on
-// this class as well.
+// through, and the save routines that turn a decoded day into rows. The day
+// itself travels as a value (core/Pack_Day.h and its siblings).
 #include "store/DbTarget.h"
 #include "store/Recordset.h"
 
@@ -16,40 +16,12 @@
 
 namespace vex {
 
+struct Hour_Seconds;
+struct Pack_Day;
+struct Pack_System_Page;
+
 class Cls_DB {
 public:
-    // ---- The decoded day: handed over from the decoders to the save
-    // routines, and from the searches to the graphs. Texts of fixed widths
-    // as the recorder delivers them (see the save routines for each).
-    QString CarCode;            // 6: "00" + the recorder code of 4
-    QString DriveCode;          // 6
-    QString StartDay, EndDay;   // yyMMdd
-    QString StartTime, EndTime; // HHmm
-    QString Distance;           // 6 digits, tenths of a kilometre
-    QString Engin;              // 8
-    QString Acceleration;       // 4, count of quick accelerations
-    QString Brack;              // 2, count of quick brakes
-    QString LKEngin;            // 2, count of long overspeeds
-    QString Idle;               // count of idle events, as the searches read it from D_D1
-    QString Brack_Data;         // 100: ten brake records of 10
-    QString Brack_Buffer_Data;  // 480
-    QString Brack_Time_Data;    // 40
-    QString LkEngin_Data;       // 120
-    QString Speed_Dist_Data;    // 72
-    QString Sec_Data;           // 2,880: minute speed, hexadecimal cells
-    QString Sec_Distance_Data;  // 2,880: minute distance, decimal cells
-    QString Sec_RPM_Data;       // 2,880: minute engine, hexadecimal cells
-    int16_t OverSpeed_Count = 0;
-    double Average_Value = 0;
-    QString LastDistance, LastAcceleration, LastLKEngin, LastBrack, LastEnginOver;
-
-    // ---- The pack's system page.
-    QString SysCheckPack, SysCheckPack1, SysCarCode, SysDriveCode, SysWarehouse, SysSerialNumber,
-        SysMachineNum, SysPackInsert, SysPackLastWrite, SysTotalDistance, SysTotalEngin, SysDBWriteDate;
-
-    // ---- One hour of second data for the hour graph.
-    QString Sec_Sec_Data, Sec_Sec_RPM_Data, Sec_StartTime, Sec_EndTime, Sec_EndDay;
-
     // Connects to what the global DB_Server names.
     Cls_DB();
     // Connects to a given target (second connections, tests).
@@ -168,11 +140,11 @@ public:
     int16_t DB_Save_D_D1(QString& car, QString& driver, QString& secData, QString& day, int32_t& acceleration,
                          int32_t& brack, int16_t& idle, QString& idleData, QString& brackData, QString& accelData,
                          int16_t& lkEngin, QString& lkEnginData, QString& rpmData);
-    // The memory pack path, from the properties above.
-    int16_t DB_Save_D_D1_pack(); // D_D1 D_F1..D_F14; may set LKEngin to "0"
-    int16_t DB_Save_D_D2_pack(); // D_D2 brake records, buffer and times
-    int16_t DB_Save_D_D3_pack(); // D_D3 minute speed, D_D6 long overspeed records
-    int16_t DB_Save_D_D5_pack(); // D_D7 minute distance, flag bit cleared
+    // The memory pack path, from the decoded day.
+    int16_t DB_Save_D_D1_pack(const Pack_Day& day); // D_D1 D_F1..D_F14
+    int16_t DB_Save_D_D2_pack(const Pack_Day& day); // D_D2 brake records, buffer and times
+    int16_t DB_Save_D_D3_pack(const Pack_Day& day); // D_D3 minute speed, D_D6 long overspeed records
+    int16_t DB_Save_D_D5_pack(const Pack_Day& day); // D_D7 minute distance, flag bit cleared
     // Event rows of a key only, each only when it has events (idle and long
     // overspeed by count, the others by a non-empty list).
     int16_t DB_Save_D_D1_st(const QString& key, int16_t idle, const QString& idleData, const QString& brackData,
@@ -186,8 +158,9 @@ public:
     // The mark as digits ("95", "0"); empty text when the handler ran (a
     // 16-bit product overflowed).
     QString CAL_AVG(int16_t overspeed, float acceleration, float brake, int16_t idle, int16_t longOver, float distance);
-    // Cells of Sec_Data above B_Val4 (after the car's S_D1.D_F23 has been read).
-    int16_t CAL_OVERSPEED_CNT();
+    // The overspeed minutes of a decoded pack day: cells of its speed above
+    // B_Val4 (see Pack_Overspeed_Minutes).
+    int16_t CAL_OVERSPEED_CNT(const QString& speed);
     // Cells of series above B_Val4.
     int16_t CAL_OVERSPEED_COUNT(const QString& series);
 
@@ -213,11 +186,10 @@ public:
     // month and day writes nothing and answers 0.
     int16_t DB_Save_D_D_usb(const QString& car, const QString& driver, std::span<const uint8_t> speed,
                             std::span<const uint8_t> engine, std::span<const float> distance, const QString& day);
-    // One hour of the day file into Sec_Sec_Data and Sec_Sec_RPM_Data (3,600
-    // cells of two hexadecimal digits each) with Sec_StartTime, Sec_EndTime
-    // and Sec_EndDay. hour "00" or empty: the first hour with data, written
-    // back to hour. Answers the file read, empty when the day has no file.
-    QString DB_Search_SecData(const QString& car, const QString& driver, const QString& day, QString& hour);
+    // One hour of the day file. hour "00" or empty: the first hour with
+    // data, written back to hour. Its path is empty (and its series too) when
+    // the day has no file or the file could not be read.
+    Hour_Seconds DB_Search_SecData(const QString& car, const QString& driver, const QString& day, QString& hour);
     // The month's ".SAM" file under U_PackDir; its path, or empty text when
     // the month has no rows (no file then).
     QString DB_To_File(const QString& month);
@@ -227,9 +199,9 @@ public:
 
     // -- MonthTables.cpp: monthly tables, recorder identity, per-car counters.
     int16_t DB_Month_Sum(const QString& month);
-    int16_t DB_Save_SYSTEM();
-    // S_D13 of CarCode: column D_F(k+1) less the k-th comma-separated value.
-    int16_t DB_SAVE_S_D13(const QString& value);
+    int16_t DB_Save_SYSTEM(const Pack_System_Page& page);
+    // S_D13 of car: column D_F(k+1) less the k-th comma-separated value.
+    int16_t DB_SAVE_S_D13(const QString& car, const QString& value);
     // ==== End of ingest =======================================================
 
 private:

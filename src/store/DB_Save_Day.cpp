@@ -4,6 +4,7 @@
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
+#include "core/Pack_Day.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
@@ -74,6 +75,25 @@ double Mark(Cls_DB& db, int16_t o, float a, float b, int16_t i, int16_t l, float
     return Number(db.CAL_AVG(o, a, b, i, l, d));
 }
 
+// A car with a standard speed of its own (S_D1.D_F10 above 0) leaves it in
+// the configuration's B_Val3: the day being saved has already taken the
+// limit as it stood, the saves after it take the car's. The system has always
+// worked so, and the overspeed counts of a reception of several cars rest on
+// that order; B_Val3 comes back when the standards are read again. True when
+// the car has its register row.
+bool Leave_Car_Speed_In_Standards(Cls_DB& db, const QString& car, Cls_Config& standards)
+{
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
+    const bool known = rs.RecordCount() > 0;
+    if (known) {
+        const QVariant own = rs.Field(QStringLiteral("D_F10"));
+        if (!own.isNull() && !own.toString().isEmpty() && Val(own.toString()) > 0)
+            standards.B_Val3 = int16_t(Val(own.toString()));
+    }
+    rs.Close();
+    return known;
+}
+
 } // namespace
 
 int16_t Cls_DB::DB_Save_D_D1(QString& car, QString& driver, QString& secData, QString& day, int32_t& acceleration,
@@ -102,18 +122,9 @@ int16_t Cls_DB::DB_Save_D_D1(QString& car, QString& driver, QString& secData, QS
         const QString startTime = Minute_Time(first);
         const QString endTime = Minute_Time(last);
 
-        // 4. The day is counted against the standard speed as it stands; a
-        // car with its own speed puts it into B_Val3 for the saves after this
-        // one. The order is the system's and stays.
+        // 4. The day is counted against the standard speed as it stands.
         const int limit = cfg.B_Val3;
-        Recordset car1 = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
-        const bool carKnown = car1.RecordCount() > 0;
-        if (carKnown) {
-            const QVariant own = car1.Field(QStringLiteral("D_F10"));
-            if (!own.isNull() && !own.toString().isEmpty() && Val(own.toString()) > 0)
-                cfg.B_Val3 = int16_t(Val(own.toString()));
-        }
-        car1.Close();
+        const bool carKnown = Leave_Car_Speed_In_Standards(*this, car, cfg);
 
         // 5. Overspeed minutes, their bands and their list.
         const Overspeed_Minutes over = Count_Overspeed_Minutes(secData, limit);
@@ -164,64 +175,60 @@ int16_t Cls_DB::DB_Save_D_D1(QString& car, QString& driver, QString& secData, QS
     return flag;
 }
 
-int16_t Cls_DB::DB_Save_D_D1_pack()
+int16_t Cls_DB::DB_Save_D_D1_pack(const Pack_Day& day)
 {
     return Saved(kErrSave_D_D1_pack, [&] {
-        const QString key = CarCode + DriveCode + StartDay;
-        Recordset rs = Row_Or_New(*this, QStringLiteral("D_D1"), key);
-        rs.Set(QStringLiteral("D_F2"), CarCode);
-        rs.Set(QStringLiteral("D_F3"), DriveCode);
-        rs.Set(QStringLiteral("D_F4"), StartDay);
-        rs.Set(QStringLiteral("D_F5"), StartTime);
-        rs.Set(QStringLiteral("D_F6"), EndDay);
-        rs.Set(QStringLiteral("D_F7"), EndTime);
-        rs.Set(QStringLiteral("D_F8"), Number(Distance));
-        rs.Set(QStringLiteral("D_F9"), Number(Acceleration));
-        rs.Set(QStringLiteral("D_F10"), Number(Brack));
-        rs.Set(QStringLiteral("D_F11"), OverSpeed_Count);
+        Recordset rs = Row_Or_New(*this, QStringLiteral("D_D1"), day.Key());
+        rs.Set(QStringLiteral("D_F2"), day.car);
+        rs.Set(QStringLiteral("D_F3"), day.driver);
+        rs.Set(QStringLiteral("D_F4"), day.startDay);
+        rs.Set(QStringLiteral("D_F5"), day.startTime);
+        rs.Set(QStringLiteral("D_F6"), day.endDay);
+        rs.Set(QStringLiteral("D_F7"), day.endTime);
+        rs.Set(QStringLiteral("D_F8"), double(day.distance));
+        rs.Set(QStringLiteral("D_F9"), double(day.accelerations));
+        rs.Set(QStringLiteral("D_F10"), double(day.brakes));
+        rs.Set(QStringLiteral("D_F11"), day.overspeedMinutes);
         rs.Set(QStringLiteral("D_F12"), 0);
-        // The pack counts long overspeeds by pairs of minutes; more of them
-        // than overspeed minutes, or any without overspeed, cannot be true.
-        if (Val(LKEngin) > OverSpeed_Count || OverSpeed_Count == 0)
-            LKEngin = QStringLiteral("0");
-        rs.Set(QStringLiteral("D_F13"), Number(LKEngin));
-        rs.Set(QStringLiteral("D_F14"), Mark(*this, OverSpeed_Count, float(Val(Acceleration)), float(Val(Brack)), 0,
-                                             int16_t(Val(LKEngin)), float(Val(Distance))));
+        const auto longOver = int16_t(day.Stored_Long_Overspeeds());
+        rs.Set(QStringLiteral("D_F13"), double(longOver));
+        rs.Set(QStringLiteral("D_F14"), Mark(*this, day.overspeedMinutes, float(day.accelerations),
+                                             float(day.brakes), 0, longOver, float(day.distance)));
         rs.Update();
         rs.Close();
     });
 }
 
-int16_t Cls_DB::DB_Save_D_D2_pack()
+int16_t Cls_DB::DB_Save_D_D2_pack(const Pack_Day& day)
 {
     return Saved(kErrSave_D_D2_pack, [&] {
-        Recordset rs = Row_Or_New(*this, QStringLiteral("D_D2"), CarCode + DriveCode + StartDay);
-        rs.Set(QStringLiteral("D_F2"), Brack_Data);
-        rs.Set(QStringLiteral("D_F3"), Brack_Buffer_Data);
-        rs.Set(QStringLiteral("D_F4"), Brack_Time_Data);
+        Recordset rs = Row_Or_New(*this, QStringLiteral("D_D2"), day.Key());
+        rs.Set(QStringLiteral("D_F2"), day.brakeRecords);
+        rs.Set(QStringLiteral("D_F3"), day.brakeBuffer);
+        rs.Set(QStringLiteral("D_F4"), day.brakeTimes);
         rs.Update();
         rs.Close();
     });
 }
 
-int16_t Cls_DB::DB_Save_D_D3_pack()
+int16_t Cls_DB::DB_Save_D_D3_pack(const Pack_Day& day)
 {
     return Saved(kErrSave_D_D3_pack, [&] {
-        const QString key = CarCode + DriveCode + StartDay;
-        Save_Text_Row(*this, QStringLiteral("D_D3"), key, Sec_Data);
-        Save_Text_Row(*this, QStringLiteral("D_D6"), key, LkEngin_Data);
+        Save_Text_Row(*this, QStringLiteral("D_D3"), day.Key(), day.speed);
+        Save_Text_Row(*this, QStringLiteral("D_D6"), day.Key(), day.longOverspeedRecords);
     });
 }
 
-int16_t Cls_DB::DB_Save_D_D5_pack()
+int16_t Cls_DB::DB_Save_D_D5_pack(const Pack_Day& day)
 {
     int16_t flag = 0;
     Guarded(kErrSave_D_D5_pack, [&] {
         // A pack distance byte carries a flag in its first digit (8 added);
         // the stored series holds plain tenths of a kilometre.
-        if (Sec_Distance_Data.size() == kSeriesChars)
-            Clear_Pack_Distance_Flags(Sec_Distance_Data);
-        Save_Text_Row(*this, QStringLiteral("D_D7"), CarCode + DriveCode + StartDay, Sec_Distance_Data);
+        QString series = day.distanceSeries;
+        if (series.size() == kSeriesChars)
+            Clear_Pack_Distance_Flags(series);
+        Save_Text_Row(*this, QStringLiteral("D_D7"), day.Key(), series);
         flag = -1;
     });
     return flag;
@@ -258,13 +265,13 @@ int16_t Cls_DB::DB_Save_UD_D2(QString& car, QString& driver, QString& type, QStr
         } else {
             // A time already stored is never added again, so a merge of the
             // same records twice changes nothing.
-            Brack_Data = rs.Text(QStringLiteral("D_F2"));
+            QString merged = rs.Text(QStringLiteral("D_F2"));
             for (int i = 0; i < list.size(); i += 10) {
                 const QString record = list.mid(i, 10);
-                if (!Brack_Data.contains(record.left(6)))
-                    Brack_Data += record;
+                if (!merged.contains(record.left(6)))
+                    merged += record;
             }
-            rs.Set(QStringLiteral("D_F2"), Brack_Data);
+            rs.Set(QStringLiteral("D_F2"), merged);
         }
         rs.Update();
         rs.Close();

@@ -2,6 +2,7 @@
 
 #include "core/Cls_Config.h"
 #include "core/Err_Proc.h"
+#include "core/Hour_Seconds.h"
 #include "core/Mod_Main.h"
 #include "platform/AppFolder.h"
 #include "platform/FileSystem.h"
@@ -359,9 +360,10 @@ int16_t Cls_DB::DB_Save_D_D_usb(const QString& car, const QString& driver, std::
 
 // ---- One hour for the hour graph ------------------------------------------------
 
-QString Cls_DB::DB_Search_SecData(const QString& car, const QString& driver, const QString& day, QString& hour)
+Hour_Seconds Cls_DB::DB_Search_SecData(const QString& car, const QString& driver, const QString& day,
+                                       QString& hour)
 {
-    QString found;
+    Hour_Seconds found;
     Guarded(kErrSearch_SecData, [&] {
         // Older files carry no driver in their name; those come first.
         QString path = Local_Path(Day_Folder_Name(car, day) + QLatin1Char('\\') + day + QStringLiteral(".vex"));
@@ -409,22 +411,13 @@ QString Cls_DB::DB_Search_SecData(const QString& car, const QString& driver, con
             hour = QString::number(h).rightJustified(2, QLatin1Char('0'));
         }
 
-        static constexpr char kHex[] = "0123456789ABCDEF";
-        QString speedHex(7200, Qt::Uninitialized), engineHex(7200, Qt::Uninitialized);
-        for (int s = 0; s < 3600; ++s) {
-            const auto a = uint8_t(sp[s]), b = uint8_t(en[s]);
-            speedHex[2 * s] = QLatin1Char(kHex[a >> 4]);
-            speedHex[2 * s + 1] = QLatin1Char(kHex[a & 0xF]);
-            engineHex[2 * s] = QLatin1Char(kHex[b >> 4]);
-            engineHex[2 * s + 1] = QLatin1Char(kHex[b & 0xF]);
-        }
-        Sec_Sec_Data = speedHex;
-        Sec_Sec_RPM_Data = engineHex;
         const QString hh = hour.isEmpty() ? QStringLiteral("00") : hour;
-        Sec_StartTime = hh + QStringLiteral("0000");
-        Sec_EndTime = hh + QStringLiteral("5959");
-        Sec_EndDay = day;
-        found = path;
+        found = Hour_Seconds{path,
+                             std::vector<uint8_t>(sp.begin(), sp.end()),
+                             std::vector<uint8_t>(en.begin(), en.end()),
+                             hh + QStringLiteral("0000"),
+                             hh + QStringLiteral("5959"),
+                             day};
     });
     return found;
 }

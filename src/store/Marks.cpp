@@ -16,16 +16,16 @@ constexpr int16_t kErrCAL_AVG = 1111;
 constexpr int16_t kErrCAL_OVERSPEED_CNT = 1136;
 constexpr int16_t kErrCAL_OVERSPEED_COUNT = 1137;
 
-int16_t Count_Above(const QString& series, const Cls_Config& cfg)
+} // namespace
+
+int16_t Pack_Overspeed_Minutes(const QString& speed, const Cls_Config& standards)
 {
     int16_t count = 0;
     for (int i = 0; i < kSeriesChars; i += 2)
-        if (Hex_Cell(series, i) > cfg.B_Val4)
+        if (Hex_Cell(speed, i) > standards.B_Val4)
             ++count;
     return count;
 }
-
-} // namespace
 
 QString Mark_Of(const Cls_Config& cfg, int16_t overspeed, float acceleration, float brake, int16_t idle,
                 int16_t longOver, float distance)
@@ -43,25 +43,17 @@ QString Cls_DB::CAL_AVG(int16_t overspeed, float acceleration, float brake, int1
     return result;
 }
 
-int16_t Cls_DB::CAL_OVERSPEED_CNT()
+int16_t Cls_DB::CAL_OVERSPEED_CNT(const QString& speed)
 {
     int16_t count = 0;
-    Guarded(kErrCAL_OVERSPEED_CNT, [&] {
-        // The car's D_F23 is fetched and not used: the pack path counts
-        // against B_Val4, read again for every cell.
-        Recordset rs = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {CarCode});
-        if (rs.RecordCount() > 0)
-            (void)rs.Field(QStringLiteral("D_F23"));
-        rs.Close();
-        count = Count_Above(Sec_Data, *G().Config);
-    });
+    Guarded(kErrCAL_OVERSPEED_CNT, [&] { count = Pack_Overspeed_Minutes(speed, *G().Config); });
     return count;
 }
 
 int16_t Cls_DB::CAL_OVERSPEED_COUNT(const QString& series)
 {
     int16_t count = 0;
-    Guarded(kErrCAL_OVERSPEED_COUNT, [&] { count = Count_Above(series, *G().Config); });
+    Guarded(kErrCAL_OVERSPEED_COUNT, [&] { count = Pack_Overspeed_Minutes(series, *G().Config); });
     return count;
 }
 

@@ -17,4 +17,12 @@ class Cls_Config;
 QString Mark_Of(const Cls_Config& standards, int16_t overspeed, float acceleration, float brake, int16_t idle,
                 int16_t longOver, float distance);
 
+// The overspeed minutes of a pack day: the minute speed cells (two
+// hexadecimal digits each, 1,440 of them) above B_Val4. B_Val4 is the column
+// of the overspeed deduction, not the standard speed B_Val3; the pack path
+// has always counted against it, and the marks stored of every pack day rest
+// on that count, so it stays. Throws RunTimeError on a cell that isn't
+// hexadecimal or a series shorter than a day.
+int16_t Pack_Overspeed_Minutes(const QString& speed, const Cls_Config& standards);
+
 } // namespace vex

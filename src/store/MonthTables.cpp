@@ -3,6 +3,7 @@
 // (S_D13).
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
+#include "core/Pack_System_Page.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
@@ -74,41 +75,41 @@ int16_t Cls_DB::DB_Month_Sum(const QString& month)
     });
 }
 
-int16_t Cls_DB::DB_Save_SYSTEM()
+int16_t Cls_DB::DB_Save_SYSTEM(const Pack_System_Page& page)
 {
     return Saved(kErrSave_SYSTEM, [&] {
-        const QString key = SysCarCode + SysDriveCode + SysSerialNumber;
+        const QString key = page.car + page.driver + page.serialNumber;
         Recordset rs = DB_RSet_D_D(QStringLiteral("SELECT * FROM D_Y WHERE D_F1=?"), {key});
         if (rs.RecordCount() < 1) {
             rs.AddNew();
             rs.Set(QStringLiteral("D_F1"), key);
-            rs.Set(QStringLiteral("D_F2"), SysCarCode);
-            rs.Set(QStringLiteral("D_F3"), SysDriveCode);
-            rs.Set(QStringLiteral("D_F4"), SysWarehouse);
+            rs.Set(QStringLiteral("D_F2"), page.car);
+            rs.Set(QStringLiteral("D_F3"), page.driver);
+            rs.Set(QStringLiteral("D_F4"), page.warehouse);
         }
         // A page read again refreshes the serial number, the stamps and
         // the totals; the codes and the warehouse stay as first seen.
-        rs.Set(QStringLiteral("D_F5"), SysSerialNumber);
-        rs.Set(QStringLiteral("D_F7"), SysPackInsert);
-        rs.Set(QStringLiteral("D_F8"), SysPackLastWrite);
-        rs.Set(QStringLiteral("D_F9"), SysTotalDistance);
-        rs.Set(QStringLiteral("D_F10"), SysTotalEngin);
+        rs.Set(QStringLiteral("D_F5"), page.serialNumber);
+        rs.Set(QStringLiteral("D_F7"), page.packInsert);
+        rs.Set(QStringLiteral("D_F8"), page.packLastWrite);
+        rs.Set(QStringLiteral("D_F9"), page.totalDistance);
+        rs.Set(QStringLiteral("D_F10"), page.totalEngine);
         rs.Update();
         rs.Close();
     });
 }
 
-int16_t Cls_DB::DB_SAVE_S_D13(const QString& value)
+int16_t Cls_DB::DB_SAVE_S_D13(const QString& car, const QString& value)
 {
     return Saved(kErrSave_S_D13, [&] {
         // One value a counter column, D_F2 first, separated by commas; each
         // column given takes its stored value (Null as 0) less the value.
         const QStringList parts = value.split(QLatin1Char(','));
-        Recordset rs = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D13 WHERE D_F1=?"), {CarCode});
+        Recordset rs = DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D13 WHERE D_F1=?"), {car});
         const bool adding = rs.RecordCount() < 1;
         if (adding) {
             rs.AddNew();
-            rs.Set(QStringLiteral("D_F1"), CarCode);
+            rs.Set(QStringLiteral("D_F1"), car);
         }
         for (int k = 0; k < parts.size() && k < 11; ++k) {
             const QString column = QStringLiteral("D_F%1").arg(k + 2);

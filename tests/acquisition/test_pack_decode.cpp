@@ -88,6 +88,26 @@ TEST(PackDecode, AGoodDayIsStoredOnceWithItsSeriesAndRegistersItsCarAndDriver)
     EXPECT_EQ(io.Car_Code, "000001");
 }
 
+TEST(PackDecode, TheCarsLimitIsLookedUpUnderThePacksCodeOfFour)
+{
+    test::AppSession app;
+    Cls_IO& io = *G().IO;
+    Day day; // an hour at 60 km/h
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, day.File(app)), 0) << Err_Last().toStdString();
+    EXPECT_EQ(io.Decoded.longOverspeeds, 0);
+
+    // The car registered itself as "000001": its own limit isn't seen, the
+    // day still counts against 80.
+    G().DB->Execute("UPDATE S_D1 SET D_F10=? WHERE D_F1=?", {50, "000001"});
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, day.File(app)), 0);
+    EXPECT_EQ(io.Decoded.longOverspeeds, 0);
+
+    // A row under the code of four is: 59 pairs of minutes above 50 km/h.
+    G().DB->Execute("INSERT INTO S_D1 (D_F1, D_F10) VALUES (?, ?)", {"0001", 50});
+    ASSERT_EQ(io.Pack_File_Read1(*G().DB, day.File(app)), 0);
+    EXPECT_EQ(io.Decoded.longOverspeeds, 59);
+}
+
 TEST(PackDecode, CheckBytesAndErasedPages)
 {
     test::AppSession app;
@@ -106,7 +126,7 @@ TEST(PackDecode, CheckBytesAndErasedPages)
     erased.distance = QString(kPageChars, 'F');
     Put_Field(erased.distance, DistPage::StartDay, "240305");
     EXPECT_EQ(io.Pack_File_Read1(*G().DB, erased.File(app)), 0) << Err_Last().toStdString();
-    EXPECT_EQ(G().DB->StartTime, "0000");
+    EXPECT_EQ(G().IO->Decoded.startTime, "0000");
 }
 
 TEST(PackDecode, SpeedSeriesRepairs)
@@ -118,17 +138,17 @@ TEST(PackDecode, SpeedSeriesRepairs)
     for (int m = 600; m < 640; ++m)
         forty.Set_Speed(m, "A0");
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, forty.File(app)), 0);
-    EXPECT_EQ(G().DB->Sec_Data.mid(2 * 600, 2), "00");
-    EXPECT_EQ(G().DB->Sec_Data.mid(2 * 480, 2), "3C");
+    EXPECT_EQ(G().IO->Decoded.speed.mid(2 * 600, 2), "00");
+    EXPECT_EQ(G().IO->Decoded.speed.mid(2 * 480, 2), "3C");
 
     Day fortyOne; // one more: rebuilt from the distance page, 1.0 km a minute is 60 km/h
     for (int m = 600; m < 641; ++m)
         fortyOne.Set_Speed(m, "A0");
     fortyOne.Set_Distance(700, "95"); // flag bit: 1.5 km, 90 km/h
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, fortyOne.File(app)), 0);
-    EXPECT_EQ(G().DB->Sec_Data.mid(2 * 480, 2), "3C");
-    EXPECT_EQ(G().DB->Sec_Data.mid(2 * 700, 2), "5A");
-    EXPECT_EQ(G().DB->Sec_Data.mid(2 * 600, 2), "00");
+    EXPECT_EQ(G().IO->Decoded.speed.mid(2 * 480, 2), "3C");
+    EXPECT_EQ(G().IO->Decoded.speed.mid(2 * 700, 2), "5A");
+    EXPECT_EQ(G().IO->Decoded.speed.mid(2 * 600, 2), "00");
 }
 
 TEST(PackDecode, CountsAndDistanceFallbacks)
@@ -140,23 +160,23 @@ TEST(PackDecode, CountsAndDistanceFallbacks)
     Put_Field(d.page, DayPage::Distance, "010000"); // 1,000 km: kept
     Put_Field(d.page, DayPage::Acceleration, "0300");
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
-    EXPECT_EQ(G().DB->Distance, "010000");
-    EXPECT_EQ(G().DB->Acceleration, "0300");
+    EXPECT_EQ(G().IO->Decoded.distance, 10000);
+    EXPECT_EQ(G().IO->Decoded.accelerations, 300);
 
     Put_Field(d.page, DayPage::Distance, "010001"); // summed again from the minutes: 60 x 1.0 km
     Put_Field(d.page, DayPage::Acceleration, "0301");
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
-    EXPECT_EQ(G().DB->Distance.trimmed(), "600");
-    const int accel = G().DB->Acceleration.toInt();
-    EXPECT_TRUE(accel >= 0 && accel <= 100 && G().DB->Acceleration.size() == 4);
+    EXPECT_EQ(G().IO->Decoded.distance, 600);
+    const int accel = G().IO->Decoded.accelerations;
+    EXPECT_TRUE(accel >= 0 && accel <= 100);
 
     Put_Field(d.page, DayPage::Acceleration, "00A1");
     Put_Field(d.page, DayPage::EndTime, "99X9"); // a bad end time also forces the sum
     Put_Field(d.page, DayPage::Distance, "000123");
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
-    EXPECT_EQ(G().DB->Acceleration, "0000");
-    EXPECT_EQ(G().DB->EndTime, "0859");
-    EXPECT_EQ(G().DB->Distance.trimmed(), "600");
+    EXPECT_EQ(G().IO->Decoded.accelerations, 0);
+    EXPECT_EQ(G().IO->Decoded.endTime, "0859");
+    EXPECT_EQ(G().IO->Decoded.distance, 600);
 }
 
 TEST(PackDecode, BrakeRecordFilterAndForeignDistancePage)
@@ -170,14 +190,14 @@ TEST(PackDecode, BrakeRecordFilterAndForeignDistancePage)
               QString("081200" "8C8C" "081300" "8D10" "081400" "0010" "08A500" "3C20" "081600" "3C20")
                   .leftJustified(100, '0'));
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
-    EXPECT_EQ(G().DB->Brack.trimmed(), "2");
-    EXPECT_EQ(G().DB->Brack_Data.left(20), "0812008C8C0816003C20");
-    EXPECT_EQ(G().DB->Brack_Data.size(), 100);
+    EXPECT_EQ(G().IO->Decoded.brakes, 2);
+    EXPECT_EQ(G().IO->Decoded.brakeRecords.left(20), "0812008C8C0816003C20");
+    EXPECT_EQ(G().IO->Decoded.brakeRecords.size(), 100);
 
     Put_Field(d.page, DayPage::Brack, "00"); // no count: the records go as they are
     Put_Field(d.distance, DistPage::StartDay, "240205"); // last month's page
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
-    EXPECT_EQ(G().DB->Brack_Data.left(10), "0812008C8C");
+    EXPECT_EQ(G().IO->Decoded.brakeRecords.left(10), "0812008C8C");
     EXPECT_EQ(Stored("D_D7", "D_F2"), QString(2880, '0'));
     EXPECT_EQ(Stored("D_D1", "D_F5"), "0800"); // the day is still stored
 }
@@ -198,34 +218,34 @@ TEST(PackDecode, SystemPageDatesAreRepaired)
     const QString path = app.Path("Dat/SysRead.Vex");
     ASSERT_TRUE(Write_SysRead(path, sys));
     ASSERT_TRUE(io.Pack_SysFile_Read());
-    Cls_DB& db = *G().DB;
-    EXPECT_EQ(db.SysPackInsert, "2403010000");
-    EXPECT_EQ(db.SysPackLastWrite, "2403091830");
-    EXPECT_EQ(db.SysDBWriteDate, "2403061159"); // four days back from today
-    EXPECT_EQ(db.SysCarCode, "0001");
+    Pack_System_Page& page = io.System_Page;
+    EXPECT_EQ(page.packInsert, "2403010000");
+    EXPECT_EQ(page.packLastWrite, "2403091830");
+    EXPECT_EQ(page.dbWriteDate, "2403061159"); // four days back from today
+    EXPECT_EQ(page.car, "0001");
 
     Put_Field(sys, SysPage::SysPackLastWrite, "2503091830"); // a year ahead of the desk
     Put_Field(sys, SysPage::SysDBWriteDate, "2403081200");
     ASSERT_TRUE(Write_SysRead(path, sys));
     ASSERT_TRUE(io.Pack_SysFile_Read());
-    EXPECT_EQ(db.SysPackLastWrite, "2403102359");
-    EXPECT_EQ(db.SysDBWriteDate, "2403081200");
+    EXPECT_EQ(page.packLastWrite, "2403102359");
+    EXPECT_EQ(page.dbWriteDate, "2403081200");
 
     // Under a chosen range the three stamps stay as the dialog set them.
     io.Range_Selected = true;
-    db.SysDBWriteDate = "2402010000";
+    page.dbWriteDate = "2402010000";
     ASSERT_TRUE(io.Pack_SysFile_Read());
-    EXPECT_EQ(db.SysDBWriteDate, "2402010000");
+    EXPECT_EQ(page.dbWriteDate, "2402010000");
 
     // A fresh pack's second check byte is not "AA": only it is taken.
     QString fresh(kSysPageChars, '0');
     Put_Field(fresh, SysPage::SysCheckPack, "AA");
     Put_Field(fresh, SysPage::SysCheckPack1, "11");
     ASSERT_TRUE(Write_SysRead(path, fresh));
-    db.SysCheckPack = "x";
+    page.checkPack = "x";
     EXPECT_FALSE(io.Pack_SysFile_Read());
-    EXPECT_EQ(db.SysCheckPack1, "11");
-    EXPECT_EQ(db.SysCheckPack, "x");
+    EXPECT_EQ(page.checkPack1, "11");
+    EXPECT_EQ(page.checkPack, "x");
 }
 
 TEST(PackDecode, AFailureHalfWayKeepsWhatWasWritten)

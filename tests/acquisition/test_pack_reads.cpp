@@ -85,7 +85,7 @@ TEST_F(PackReads, ChecksClassifyThePack)
     // A fresh pack: its second check byte refuses the system page itself.
     System_Page("11", "0000000000", "");
     EXPECT_EQ(io.Pack_Checks(), 7);
-    EXPECT_EQ(G().DB->SysCheckPack1, "11");
+    EXPECT_EQ(io.System_Page.checkPack1, "11");
     System_Page("AA", "0000000000", "");
     image.Write_Hex(0, 0, 0, "BB");
     EXPECT_EQ(io.Pack_Checks(), 6);

@@ -28,7 +28,7 @@ protected:
         qputenv("VEX_LANG", lang);
         test::Text_Recorder device(size);
         Operation_Graph og(*G().DB);
-        G().DB->StartDay = "260105";
+        og.Trip.startDay = "260105";
         og.Out_Direction = out;
         {
             QPainter p(&device);

@@ -129,7 +129,7 @@ TEST_F(Render, AnHourOfSecondsAndAZoomedDay)
         Graph_Surface s(p, img.rect(), true);
         ASSERT_FALSE(og.DB_Search_SecData2(&s, test::kSiteCar, test::kSiteDriver, "260105", hour).isEmpty());
     }
-    EXPECT_EQ(db().Sec_StartTime, "080000");
+    EXPECT_EQ(og.Hour.startTime, "080000");
     const Graph_Geometry& g = Graph();
     EXPECT_EQ(g.Graph_XStep, 6);
     int checked = 0;
@@ -190,9 +190,9 @@ TEST_F(Render, BadInputDrawsTheFrameAndSaysWhatWasMissing)
     EXPECT_TRUE(New_Log().contains("no minute speed of 12AB00000123260301 in D_D3"));
 
     // Series of a wrong length and with cells that are no number.
-    db().Sec_Data = QString(1000, QLatin1Char('Z'));
-    db().Sec_RPM_Data = QStringLiteral("0");
-    db().Sec_Distance_Data = QString(2880, QLatin1Char('#'));
+    og.Trip.speed = QString(1000, QLatin1Char('Z'));
+    og.Trip.rpm = QStringLiteral("0");
+    og.Trip.distanceSeries = QString(2880, QLatin1Char('#'));
     og.DB_1440_DB();
     img = Draw_Day(og, [&](Graph_Surface& s) { og.Draw_Day(s); });
     EXPECT_FALSE(Blue_Anywhere(img));
@@ -203,7 +203,7 @@ TEST_F(Render, BadInputDrawsTheFrameAndSaysWhatWasMissing)
     QString hour = "08";
     EXPECT_TRUE(og.DB_Search_SecData2(nullptr, test::kSiteCar, test::kSiteDriver, "260301", hour).isEmpty());
     EXPECT_TRUE(New_Log().contains("no day file of 12AB00 000123 260301"));
-    EXPECT_TRUE(db().Sec_Sec_Data.isEmpty());
+    EXPECT_TRUE(og.Hour.speed.empty());
     const QString folder = G().App_Dir + "/pack/12AB00/260302";
     QDir().mkpath(folder);
     QFile cut(folder + "/260302000123.vex");

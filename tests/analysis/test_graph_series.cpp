@@ -70,9 +70,9 @@ TEST_F(Search, SeriesDecodeWithBadCellsCountedZeroAndLogged)
 {
     Operation_Graph og(db());
     QString speed = Series({{1, 2, "1E"}, {2, 3, "FF"}, {3, 4, "G1"}, {4, 5, "FE"}});
-    db().Sec_Data = speed;
-    db().Sec_RPM_Data = Series({{1, 2, "10"}});
-    db().Sec_Distance_Data = Series({{1, 3, "05"}, {3, 4, "x5"}});
+    og.Trip.speed = speed;
+    og.Trip.rpm = Series({{1, 2, "10"}});
+    og.Trip.distanceSeries = Series({{1, 3, "05"}, {3, 4, "x5"}});
     og.Engine_Factor = 4.25f;
     og.DB_1440_DB();
     // Point k carries clock minute k-1.
@@ -91,8 +91,8 @@ TEST_F(Search, SeriesDecodeWithBadCellsCountedZeroAndLogged)
     EXPECT_TRUE(Log().contains("minute distance (D_D7) series: 1 cell(s)"));
 
     // A short series: what is there, and the log says how short.
-    db().Sec_Data = speed.left(100);
-    db().Sec_RPM_Data.clear();
+    og.Trip.speed = speed.left(100);
+    og.Trip.rpm.clear();
     og.DB_1440_DB();
     EXPECT_EQ(og.Speed_Search(2), 30);
     EXPECT_EQ(og.First_Point(), 2);
@@ -162,11 +162,11 @@ TEST_F(Search, ADayWithoutSpeedClearsEverySeriesAndPageUpPastTheLastDayFindsNoth
 
     // 260105 has its summary and distance but no speed: all three go.
     ASSERT_TRUE(og.DB_Search_Data(nullptr, kCar, kDriver, "260105"));
-    EXPECT_EQ(db().StartDay, "260105");
-    EXPECT_EQ(db().Distance, "232.8");
-    EXPECT_EQ(db().Average_Value, 91);
-    EXPECT_TRUE(db().Sec_Data.isEmpty());
-    EXPECT_TRUE(db().Sec_Distance_Data.isEmpty());
+    EXPECT_EQ(og.Trip.startDay, "260105");
+    EXPECT_EQ(og.Trip.distance, "232.8");
+    EXPECT_EQ(og.Trip.mark, 91);
+    EXPECT_TRUE(og.Trip.speed.isEmpty());
+    EXPECT_TRUE(og.Trip.distanceSeries.isEmpty());
     EXPECT_EQ(og.First_Point(), 0);
     EXPECT_TRUE(Log().contains("no minute speed of 12AB00000123260105 in D_D3"));
 
@@ -176,15 +176,15 @@ TEST_F(Search, ADayWithoutSpeedClearsEverySeriesAndPageUpPastTheLastDayFindsNoth
 
     // Page up from 260106 lands on 260107 with its series; past it, nothing.
     ASSERT_TRUE(og.DB_Search_Data_Move_Date(kCar, kDriver, "260106", nullptr, 33));
-    EXPECT_EQ(db().StartDay, "260107");
-    EXPECT_EQ(db().Sec_Data, kSpeed);
+    EXPECT_EQ(og.Trip.startDay, "260107");
+    EXPECT_EQ(og.Trip.speed, kSpeed);
     EXPECT_EQ(og.Speed_Search(361), 0x3C);
     EXPECT_FALSE(og.DB_Search_Data_Move_Date(kCar, kDriver, "260108", nullptr, 33));
-    EXPECT_TRUE(db().StartDay.isEmpty());
-    EXPECT_TRUE(db().CarCode.isEmpty());
+    EXPECT_TRUE(og.Trip.startDay.isEmpty());
+    EXPECT_TRUE(og.Trip.car.isEmpty());
     // Page down from 260106 lands on 260105.
     ASSERT_TRUE(og.DB_Search_Data_Move_Date(kCar, kDriver, "260106", nullptr, 34));
-    EXPECT_EQ(db().StartDay, "260105");
+    EXPECT_EQ(og.Trip.startDay, "260105");
 }
 
 TEST_F(Search, MarksOfADriverByDayUseTheirOwnStandards)

@@ -69,18 +69,18 @@ TEST_F(Mapping, TheMinuteViewReadsAndDrawsTheStoredMinuteAtItsTime)
     // 09:01 standing, 09:02 at 32 km/h (cell "20"), 09:03 at 40; 37.8 km
     // driven by 09:01 and 0.1 km more in 09:02.
     Operation_Graph og(db());
-    db().Sec_Data = Minutes({{542, "20"}, {543, "28"}});
-    db().Sec_Distance_Data = Minutes({{480, "99"}, {481, "99"}, {482, "99"}, {483, "81"}, {542, "01"}});
-    db().StartTime = "0800";
-    db().EndTime = "0930";
-    db().Distance = "37.9";
+    og.Trip.speed = Minutes({{542, "20"}, {543, "28"}});
+    og.Trip.distanceSeries = Minutes({{480, "99"}, {481, "99"}, {482, "99"}, {483, "81"}, {542, "01"}});
+    og.Trip.startTime = "0800";
+    og.Trip.endTime = "0930";
+    og.Trip.distance = "37.9";
     og.DB_1440_DB();
 
-    QStringList f = Minute_Fields(db(), og, 9 * 60 + 2, QString());
+    QStringList f = Minute_Fields(og, 9 * 60 + 2, QString());
     EXPECT_EQ(f[2], "09 : 02");
     EXPECT_EQ(f[3], "32");
     EXPECT_EQ(f[14], "37.9");
-    f = Minute_Fields(db(), og, 9 * 60 + 1, QString());
+    f = Minute_Fields(og, 9 * 60 + 1, QString());
     EXPECT_EQ(f[2], "09 : 01");
     EXPECT_EQ(f[3], "0");
     EXPECT_EQ(f[14], "37.8");
@@ -120,10 +120,10 @@ TEST_F(Mapping, TheSecondsViewTheEventAndTheDayFileNameTheSameSecond)
     Operation_Graph og(db());
     QString hour = "15";
     ASSERT_FALSE(og.DB_Search_SecData2(nullptr, kCar, kDriver, kDay, hour).isEmpty());
-    QStringList f = Second_Fields(db(), og, kCar, kDriver, 29 * 60 + 43);
+    QStringList f = Second_Fields(og, kCar, kDriver, 29 * 60 + 43);
     EXPECT_EQ(f[2], "15 : 29 : 43");
     EXPECT_EQ(f[3], "77");
-    f = Second_Fields(db(), og, kCar, kDriver, 29 * 60 + 42);
+    f = Second_Fields(og, kCar, kDriver, 29 * 60 + 42);
     EXPECT_EQ(f[2], "15 : 29 : 42");
     EXPECT_EQ(f[3], "90");
 }
@@ -143,8 +143,8 @@ TEST_F(Mapping, ACarWithoutAnEngineFactorShowsItsStandingAndSaysWhyNoRpmIsDrawn)
     const QColor red(255, 0, 0), purple(192, 0, 192);
     auto Draw = [&](float factor) {
         Operation_Graph og(db());
-        db().Sec_Data = speed;
-        db().Sec_RPM_Data = engine;
+        og.Trip.speed = speed;
+        og.Trip.rpm = engine;
         og.Engine_Factor = factor;
         og.DB_1440_DB();
         og.Set_Zoom_Window(1, 8, 24);

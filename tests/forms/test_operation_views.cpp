@@ -65,7 +65,7 @@ TEST_F(ViewsTest, TheMinuteViewWalksTheDay)
     EXPECT_EQ(v->Label1->text(), "2026-01-06");
     EXPECT_EQ(v->TDBText1[0]->text(), "12AB00");
     EXPECT_EQ(v->TDBText1[3]->text(), "0");
-    EXPECT_EQ(v->TDBText1[2]->text(), Time_Text(G().DB->StartTime));
+    EXPECT_EQ(v->TDBText1[2]->text(), Time_Text(v->Graph_State().Trip.startTime));
     EXPECT_FALSE(v->TDBText1[15]->isVisibleTo(v)); // no RPM input
     const Graph_Geometry& g = Graph();
     EXPECT_EQ(v->Cursor_X(), g.Graph_Left);

@@ -2,6 +2,7 @@
 // labels, figures of the day, the attachment of a long day on its second
 // page, what a day without recorder identity, maintenance check or RPM input
 // leaves out, A4 in each orientation, and the two ways a print fails.
+#include "acquisition/Cls_IO.h"
 #include "analysis/Operation_Graph.h"
 #include "analysis/Quick_Brake_Chart.h"
 #include "analysis/Trip_Fields.h"
@@ -137,8 +138,8 @@ TEST_F(Reports, ALongDayPrintsItsNoteAndTheAttachmentOnTheSecondPage)
 TEST_F(Reports, IdentityMaintenanceCheckAndRpmAppearOnlyWhenThereAreAny)
 {
     Cls_Config& cfg = *G().Config;
-    db().SysMachineNum = "M-77";
-    db().SysSerialNumber = "12345678";
+    G().IO->System_Page.machineNumber = "M-77";
+    G().IO->System_Page.serialNumber = "12345678";
     cfg.C_Oil = 1;
     cfg.C_RPM = 0;
     Pdf_Printer with(Pdf("with"));
@@ -204,7 +205,7 @@ TEST_F(Reports, EveryRoutinePrintsItsTitleLabelsAndFigures)
     ASSERT_TRUE(og.DB_Search_Data(nullptr, test::kSiteCar, test::kSiteDriver, kDay));
     report.Car_Government = "서울 12가 3456";
     Pdf_Printer operation(Pdf("operation"));
-    ASSERT_TRUE(report.Report_Operation(operation, og, Minute_Field_Captions(), Opening_Fields(db(), og)));
+    ASSERT_TRUE(report.Report_Operation(operation, og, Minute_Field_Captions(), Opening_Fields(og)));
     EXPECT_EQ(og.Out_Direction, 0);
     EXPECT_EQ(test::Pdf_Page_Size(Pdf("operation")), kLandscape);
     text = test::Pdf_Text(Pdf("operation"));
@@ -222,7 +223,7 @@ TEST_F(Reports, EveryRoutinePrintsItsTitleLabelsAndFigures)
     ASSERT_FALSE(og.DB_Search_SecData2(nullptr, test::kSiteCar, test::kSiteDriver, kDay, hour).isEmpty());
     Pdf_Printer seconds(Pdf("seconds"));
     ASSERT_TRUE(report.Report_Operation_360(seconds, og, Second_Field_Captions(),
-                                            Second_Fields(db(), og, test::kSiteCar, test::kSiteDriver, 0)));
+                                            Second_Fields(og, test::kSiteCar, test::kSiteDriver, 0)));
     text = test::Pdf_Text(Pdf("seconds"));
     EXPECT_TRUE(text.contains("초당 운행 그래프"));
     EXPECT_TRUE(text.contains("운행 시각 : 08 : 00 : 00"));

@@ -1,6 +1,7 @@
 // Day files of second data, their merge, the minute distance and the
 // monthly file.
 #include "store/DayFile.h"
+#include "core/Hour_Seconds.h"
 #include "store/IngestFixture.h"
 
 #include <QFile>
@@ -154,26 +155,29 @@ TEST_P(DayFiles, UsbDayFileValidatesTheDayAndMergesByMinute)
 TEST_P(DayFiles, HourReadAndTheScanOfHourZero)
 {
     QString hour = "00";
-    EXPECT_EQ(db->DB_Search_SecData("000100", "000200", "240131", hour), ""); // no file
+    EXPECT_EQ(db->DB_Search_SecData("000100", "000200", "240131", hour).path, ""); // no file
     EXPECT_EQ(hour, "00");
 
     speed[7 * 3600 + 1] = 0x2A;
     engine[7 * 3600 + 2] = 0x11;
     ASSERT_EQ(Save(), -1);
-    EXPECT_EQ(db->DB_Search_SecData("000100", "000200", "240131", hour), app.Path(vex));
+    Hour_Seconds read = db->DB_Search_SecData("000100", "000200", "240131", hour);
+    EXPECT_EQ(read.path, app.Path(vex));
     EXPECT_EQ(hour, "07");
-    EXPECT_EQ(db->Sec_StartTime, "070000");
-    EXPECT_EQ(db->Sec_EndTime, "075959");
-    EXPECT_EQ(db->Sec_EndDay, "240131");
-    ASSERT_EQ(db->Sec_Sec_Data.size(), 7200);
-    EXPECT_EQ(db->Sec_Sec_Data.left(6), "002A00");
-    EXPECT_EQ(db->Sec_Sec_RPM_Data.left(6), "000011");
+    EXPECT_EQ(read.startTime, "070000");
+    EXPECT_EQ(read.endTime, "075959");
+    EXPECT_EQ(read.endDay, "240131");
+    ASSERT_EQ(read.speed.size(), 3600u);
+    EXPECT_EQ(read.speed[1], 0x2A);
+    EXPECT_EQ(read.speed[2], 0);
+    ASSERT_EQ(read.engine.size(), 3600u);
+    EXPECT_EQ(read.engine[2], 0x11);
 
     hour = "03"; // a chosen hour is read as it is, empty or not
-    db->DB_Search_SecData("000100", "000200", "240131", hour);
+    read = db->DB_Search_SecData("000100", "000200", "240131", hour);
     EXPECT_EQ(hour, "03");
-    EXPECT_EQ(db->Sec_StartTime, "030000");
-    EXPECT_EQ(db->Sec_Sec_Data, QString(7200, '0'));
+    EXPECT_EQ(read.startTime, "030000");
+    EXPECT_EQ(read.speed, std::vector<uint8_t>(3600, 0));
 
     // A file named without the driver is taken first.
     std::vector<uint8_t> other(kDayFileTwo, 0);

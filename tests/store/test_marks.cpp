@@ -1,6 +1,9 @@
 // The mark of a trip and the overspeed minutes of the pack path.
 #include "store/IngestFixture.h"
 
+#include "core/Pack_Day.h"
+#include "store/Marks.h"
+
 using namespace vex;
 using test::Series;
 
@@ -34,43 +37,41 @@ TEST_P(Marks, OverspeedMinutesOfThePackCountAgainstB_Val4)
 {
     cfg().B_Val3 = 50;
     cfg().B_Val4 = 80; // the pack path tests this, not the standard speed
-    db->CarCode = "000100";
-    db->Sec_Data = Series({{10, 80}, {11, 81}, {12, 200}, {13, 60}});
-    EXPECT_EQ(db->CAL_OVERSPEED_CNT(), 2);
+    QString speed = Series({{10, 80}, {11, 81}, {12, 200}, {13, 60}});
+    EXPECT_EQ(db->CAL_OVERSPEED_CNT(speed), 2);
+    EXPECT_EQ(Pack_Overspeed_Minutes(speed, cfg()), 2);
     EXPECT_EQ(db->CAL_OVERSPEED_COUNT(Series({{5, 81}})), 1);
     EXPECT_EQ(db->CAL_OVERSPEED_COUNT("0051"), 0); // short series: the handler's 0
-    db->Sec_Data.replace(0, 2, "ZZ");
-    EXPECT_EQ(db->CAL_OVERSPEED_CNT(), 0);
+    speed.replace(0, 2, "ZZ");
+    EXPECT_EQ(db->CAL_OVERSPEED_CNT(speed), 0);
     EXPECT_TRUE(Err_Last().contains("CAL_OVERSPEED_CNT"));
 }
 
 TEST_P(Marks, PackLongOverspeedNeverExceedsTheOverspeedMinutes)
 {
-    db->CarCode = "000100";
-    db->DriveCode = "000200";
-    db->StartDay = db->EndDay = "240131";
-    db->StartTime = "0800";
-    db->EndTime = "1700";
-    db->Distance = "000000";
-    db->Acceleration = "0000";
-    db->Brack = "00";
+    Pack_Day day;
+    day.car = "000100";
+    day.driver = "000200";
+    day.startDay = day.endDay = "240131";
+    day.startTime = "0800";
+    day.endTime = "1700";
     const QString key = "000100000200240131";
 
-    db->LKEngin = "03";
-    db->OverSpeed_Count = 2;
-    ASSERT_EQ(db->DB_Save_D_D1_pack(), -1) << Err_Last().toStdString();
-    EXPECT_EQ(db->LKEngin, "0");
+    day.longOverspeeds = 3;
+    day.overspeedMinutes = 2;
+    EXPECT_EQ(day.Stored_Long_Overspeeds(), 0);
+    ASSERT_EQ(db->DB_Save_D_D1_pack(day), -1) << Err_Last().toStdString();
     EXPECT_EQ(Num("D_D1", key, "D_F13"), 0);
     EXPECT_EQ(Num("D_D1", key, "D_F14"), 98); // 2 overspeed minutes at face value
 
-    db->LKEngin = "02";
-    ASSERT_EQ(db->DB_Save_D_D1_pack(), -1);
+    day.longOverspeeds = 2;
+    ASSERT_EQ(db->DB_Save_D_D1_pack(day), -1);
     EXPECT_EQ(Num("D_D1", key, "D_F13"), 2);
     EXPECT_EQ(Num("D_D1", key, "D_F14"), 92);
 
-    db->LKEngin = "01";
-    db->OverSpeed_Count = 0;
-    ASSERT_EQ(db->DB_Save_D_D1_pack(), -1);
+    day.longOverspeeds = 1;
+    day.overspeedMinutes = 0;
+    ASSERT_EQ(db->DB_Save_D_D1_pack(day), -1);
     EXPECT_EQ(Num("D_D1", key, "D_F13"), 0);
     EXPECT_EQ(Rows("D_D1"), 1);
 }

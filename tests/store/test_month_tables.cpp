@@ -1,6 +1,7 @@
 // Monthly tables, the recorder identity of a system page and the per-car
 // counters.
 #include "store/IngestFixture.h"
+#include "core/Pack_System_Page.h"
 
 using namespace vex;
 
@@ -55,31 +56,31 @@ TEST_P(MonthTables, MonthSumRewritesAndAnEmptyMonthLeavesTheTables)
 
 TEST_P(MonthTables, SystemPageKeepsItsFirstCodesAndCountersAccumulate)
 {
-    db->SysCarCode = "0001";
-    db->SysDriveCode = "0002";
-    db->SysSerialNumber = "SN77";
-    db->SysWarehouse = "W1";
-    db->SysPackInsert = "2401010800";
-    db->SysPackLastWrite = "2401311800";
-    db->SysTotalDistance = "001000";
-    db->SysTotalEngin = "00000100";
-    ASSERT_EQ(db->DB_Save_SYSTEM(), -1) << Err_Last().toStdString();
+    Pack_System_Page page;
+    page.car = "0001";
+    page.driver = "0002";
+    page.serialNumber = "SN77";
+    page.warehouse = "W1";
+    page.packInsert = "2401010800";
+    page.packLastWrite = "2401311800";
+    page.totalDistance = "001000";
+    page.totalEngine = "00000100";
+    ASSERT_EQ(db->DB_Save_SYSTEM(page), -1) << Err_Last().toStdString();
     const QString key = "00010002SN77";
     EXPECT_EQ(Text("D_Y", key, "D_F4"), "W1");
     EXPECT_TRUE(Is_Null("D_Y", key, "D_F6"));
 
-    db->SysWarehouse = "W2";
-    db->SysTotalDistance = "002000";
-    ASSERT_EQ(db->DB_Save_SYSTEM(), -1);
+    page.warehouse = "W2";
+    page.totalDistance = "002000";
+    ASSERT_EQ(db->DB_Save_SYSTEM(page), -1);
     EXPECT_EQ(Rows("D_Y"), 1);
     EXPECT_EQ(Text("D_Y", key, "D_F2"), "0001");
     EXPECT_EQ(Text("D_Y", key, "D_F3"), "0002");
     EXPECT_EQ(Text("D_Y", key, "D_F4"), "W1");
     EXPECT_EQ(Text("D_Y", key, "D_F9"), "002000");
 
-    db->CarCode = "000100";
-    ASSERT_EQ(db->DB_SAVE_S_D13("10,5"), -1) << Err_Last().toStdString();
-    ASSERT_EQ(db->DB_SAVE_S_D13("1"), -1);
+    ASSERT_EQ(db->DB_SAVE_S_D13("000100", "10,5"), -1) << Err_Last().toStdString();
+    ASSERT_EQ(db->DB_SAVE_S_D13("000100", "1"), -1);
     EXPECT_EQ(Rows("S_D13"), 1);
     EXPECT_EQ(Num("S_D13", "000100", "D_F2"), -11);
     EXPECT_EQ(Num("S_D13", "000100", "D_F3"), -5);

@@ -3,6 +3,8 @@
 #include "store/DayFile.h"
 #include "store/IngestFixture.h"
 
+#include "core/Pack_Day.h"
+
 using namespace vex;
 using test::Series;
 
@@ -114,29 +116,30 @@ TEST_P(SaveDay, EmptyAndEngineOnlyDays)
 
 TEST_P(SaveDay, PackPathWritesItsColumnsAndCleansTheDistanceFlag)
 {
-    db->CarCode = "000100";
-    db->DriveCode = "000200";
-    db->StartDay = "240131";
-    db->EndDay = "240201";
-    db->StartTime = "0800";
-    db->EndTime = "0100";
-    db->Distance = "000150";
-    db->Acceleration = "0002";
-    db->Brack = "01";
-    db->LKEngin = "01";
-    db->Brack_Data = QString("1000005A40").leftJustified(100, '0');
-    db->Brack_Buffer_Data = QString(480, 'B');
-    db->Brack_Time_Data = QString(40, 'T');
-    db->LkEngin_Data = QString("100010150000000500").leftJustified(120, '0');
-    db->Sec_Data = Series({{600, 81}, {601, 85}});
+    Pack_Day day;
+    day.car = "000100";
+    day.driver = "000200";
+    day.startDay = "240131";
+    day.endDay = "240201";
+    day.startTime = "0800";
+    day.endTime = "0100";
+    day.distance = 150;
+    day.accelerations = 2;
+    day.brakes = 1;
+    day.longOverspeeds = 1;
+    day.brakeRecords = QString("1000005A40").leftJustified(100, '0');
+    day.brakeBuffer = QString(480, 'B');
+    day.brakeTimes = QString(40, 'T');
+    day.longOverspeedRecords = QString("100010150000000500").leftJustified(120, '0');
+    day.speed = Series({{600, 81}, {601, 85}});
     cfg().B_Val4 = 80;
-    db->OverSpeed_Count = db->CAL_OVERSPEED_CNT();
+    day.overspeedMinutes = db->CAL_OVERSPEED_CNT(day.speed);
     cfg().B_Val4 = 1;
-    db->Sec_Distance_Data = Series({}).replace(0, 6, "951580");
-    ASSERT_EQ(db->DB_Save_D_D1_pack(), -1) << Err_Last().toStdString();
-    ASSERT_EQ(db->DB_Save_D_D2_pack(), -1);
-    ASSERT_EQ(db->DB_Save_D_D3_pack(), -1);
-    ASSERT_EQ(db->DB_Save_D_D5_pack(), -1);
+    day.distanceSeries = Series({}).replace(0, 6, "951580");
+    ASSERT_EQ(db->DB_Save_D_D1_pack(day), -1) << Err_Last().toStdString();
+    ASSERT_EQ(db->DB_Save_D_D2_pack(day), -1);
+    ASSERT_EQ(db->DB_Save_D_D3_pack(day), -1);
+    ASSERT_EQ(db->DB_Save_D_D5_pack(day), -1);
 
     EXPECT_EQ(Text("D_D1", key, "D_F6"), "240201");
     EXPECT_EQ(Text("D_D1", key, "D_F7"), "0100");
@@ -147,15 +150,15 @@ TEST_P(SaveDay, PackPathWritesItsColumnsAndCleansTheDistanceFlag)
     EXPECT_EQ(Num("D_D1", key, "D_F14"), 27); // 100 - (2 + 4 + 2 + 3) x 100 / 15 km
     EXPECT_TRUE(Is_Null("D_D1", key, "D_F15")); // no bands on this path
     EXPECT_EQ(Rows("S_D1"), 0);
-    EXPECT_EQ(Text("D_D2", key, "D_F3"), db->Brack_Buffer_Data);
-    EXPECT_EQ(Text("D_D2", key, "D_F4"), db->Brack_Time_Data);
-    EXPECT_EQ(Text("D_D6", key, "D_F2"), db->LkEngin_Data);
-    EXPECT_EQ(Text("D_D3", key, "D_F2"), db->Sec_Data);
+    EXPECT_EQ(Text("D_D2", key, "D_F3"), day.brakeBuffer);
+    EXPECT_EQ(Text("D_D2", key, "D_F4"), day.brakeTimes);
+    EXPECT_EQ(Text("D_D6", key, "D_F2"), day.longOverspeedRecords);
+    EXPECT_EQ(Text("D_D3", key, "D_F2"), day.speed);
     EXPECT_EQ(Text("D_D7", key, "D_F2").left(6), "151500"); // the flag of 8 taken off the first digit
 
     // The same day again: still one row of each.
-    ASSERT_EQ(db->DB_Save_D_D1_pack(), -1);
-    ASSERT_EQ(db->DB_Save_D_D5_pack(), -1);
+    ASSERT_EQ(db->DB_Save_D_D1_pack(day), -1);
+    ASSERT_EQ(db->DB_Save_D_D5_pack(day), -1);
     EXPECT_EQ(Rows("D_D1"), 1);
     EXPECT_EQ(Rows("D_D7"), 1);
 }

@@ -67,10 +67,10 @@ Pack_Info Pack_Info_Step()
     }
     info.carCode = link.Pack_Car_Code();
     info.lastDay = Last_Reception_Day(*g.DB, QStringLiteral("00") + info.carCode);
-    g.DB->SysDBWriteDate = info.lastDay;
+    io.System_Page.dbWriteDate = info.lastDay;
     if (io.Pack_SysReads()) {
-        info.from = Stamp_Date_Time(g.DB->SysPackInsert);
-        info.to = Stamp_Date_Time(g.DB->SysPackLastWrite);
+        info.from = Stamp_Date_Time(io.System_Page.packInsert);
+        info.to = Stamp_Date_Time(io.System_Page.packLastWrite);
         info.haveDates = info.from.isValid() && info.to.isValid();
     }
     info.ok = true;
