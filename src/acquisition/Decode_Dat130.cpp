@@ -12,6 +12,7 @@
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
+#include "store/Trip_Columns.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -175,19 +176,19 @@ void dd1_File_Read(Cls_DB& db, const QString& car, const QString& driver, const 
         if (!Is_Numeric(mark))
             throw RunTimeError(QStringLiteral("Type mismatch: mark \"%1\"").arg(mark));
         Recordset rs = Row_Or_New(db, QStringLiteral("D_D1"), key);
-        rs.Set(QStringLiteral("D_F2"), car);
-        rs.Set(QStringLiteral("D_F3"), driver);
-        rs.Set(QStringLiteral("D_F4"), date);
-        rs.Set(QStringLiteral("D_F5"), startTime);
-        rs.Set(QStringLiteral("D_F6"), date);
-        rs.Set(QStringLiteral("D_F7"), endTime);
-        rs.Set(QStringLiteral("D_F8"), distance);
-        rs.Set(QStringLiteral("D_F9"), accelerations);
-        rs.Set(QStringLiteral("D_F10"), brakes);
-        rs.Set(QStringLiteral("D_F11"), over);
-        rs.Set(QStringLiteral("D_F12"), 0);
-        rs.Set(QStringLiteral("D_F13"), 0);
-        rs.Set(QStringLiteral("D_F14"), Val(mark));
+        rs.Set(trip_col::Car, car);
+        rs.Set(trip_col::Driver, driver);
+        rs.Set(trip_col::Start_Day, date);
+        rs.Set(trip_col::Start_Time, startTime);
+        rs.Set(trip_col::End_Day, date);
+        rs.Set(trip_col::End_Time, endTime);
+        rs.Set(trip_col::Distance, distance);
+        rs.Set(trip_col::Accelerations, accelerations);
+        rs.Set(trip_col::Brakes, brakes);
+        rs.Set(trip_col::Overspeed_Minutes, over);
+        rs.Set(trip_col::Idles, 0);
+        rs.Set(trip_col::Long_Overspeeds, 0);
+        rs.Set(trip_col::Mark, Val(mark));
         rs.Update();
         rs.Close();
         result = -1;

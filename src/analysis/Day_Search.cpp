@@ -8,6 +8,7 @@
 #include "core/VbText.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
+#include "store/Trip_Columns.h"
 
 #include <QFileInfo>
 
@@ -23,19 +24,19 @@ constexpr int16_t kErrSearch_SecData = 1107;
 Stored_Trip Trip_Of(const Recordset& rs)
 {
     Stored_Trip t;
-    t.car = rs.Text(QStringLiteral("D_F2"));
-    t.driver = rs.Text(QStringLiteral("D_F3"));
-    t.startDay = rs.Text(QStringLiteral("D_F4"));
-    t.startTime = rs.Text(QStringLiteral("D_F5"));
-    t.endDay = rs.Text(QStringLiteral("D_F6"));
-    t.endTime = rs.Text(QStringLiteral("D_F7"));
-    t.distance = QString::number(Val(rs.Text(QStringLiteral("D_F8"))) / 10);
-    t.accelerations = rs.Text(QStringLiteral("D_F9"));
-    t.brakes = rs.Text(QStringLiteral("D_F10"));
-    t.overspeedMinutes = int16_t(Val(rs.Text(QStringLiteral("D_F11"))));
-    t.idles = rs.Text(QStringLiteral("D_F12"));
-    t.longOverspeeds = rs.Text(QStringLiteral("D_F13"));
-    t.mark = Val(rs.Text(QStringLiteral("D_F14")));
+    t.car = rs.Text(trip_col::Car);
+    t.driver = rs.Text(trip_col::Driver);
+    t.startDay = rs.Text(trip_col::Start_Day);
+    t.startTime = rs.Text(trip_col::Start_Time);
+    t.endDay = rs.Text(trip_col::End_Day);
+    t.endTime = rs.Text(trip_col::End_Time);
+    t.distance = QString::number(Val(rs.Text(trip_col::Distance)) / 10);
+    t.accelerations = rs.Text(trip_col::Accelerations);
+    t.brakes = rs.Text(trip_col::Brakes);
+    t.overspeedMinutes = int16_t(Val(rs.Text(trip_col::Overspeed_Minutes)));
+    t.idles = rs.Text(trip_col::Idles);
+    t.longOverspeeds = rs.Text(trip_col::Long_Overspeeds);
+    t.mark = Val(rs.Text(trip_col::Mark));
     return t;
 }
 

@@ -1,6 +1,7 @@
 #include "analysis/Driver_Trends.h"
 
 #include "store/Cls_DB.h"
+#include "store/Trip_Columns.h"
 
 #include <QDate>
 #include <algorithm>
@@ -33,14 +34,15 @@ std::vector<Driver_Month> Driver_Trends(Cls_DB& db, const QString& fromMonth, co
                        "WHERE RIGHT(D_F1,6) >= ? AND RIGHT(D_F1,6) <= ?"),
         {first + QStringLiteral("01"), toMonth + QStringLiteral("31")});
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-        const QString key = rs.Text(QStringLiteral("D_F1"));
+        const QString key = rs.Text(trip_col::Key);
         auto number = [&](const char* column) { return rs.Field(QLatin1String(column)).toDouble(); };
         Sums& s = byMonth[key.right(6).left(4)][key.mid(6, 6)];
         ++s.trips;
-        s.marks += number("D_F14");
-        s.tenths += number("D_F8");
-        s.events += number("D_F9") + number("D_F10") + number("D_F12") + number("D_F13");
-        s.overspeed += number("D_F11");
+        s.marks += number(trip_col::Mark);
+        s.tenths += number(trip_col::Distance);
+        s.events += number(trip_col::Accelerations) + number(trip_col::Brakes) + number(trip_col::Idles)
+                    + number(trip_col::Long_Overspeeds);
+        s.overspeed += number(trip_col::Overspeed_Minutes);
     }
     std::vector<Driver_Month> out;
     for (const auto& [month, drivers] : byMonth) {

@@ -10,6 +10,7 @@
 #include "store/Job_Runner.h"
 #include "store/Marks.h"
 #include "store/Minute_Series.h"
+#include "store/Trip_Columns.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -42,15 +43,15 @@ Trip_Recount Stored(const Recordset& trip)
 {
     auto n = [&](const char* f) { return int(Val(trip.Text(QLatin1String(f)))); };
     Trip_Recount t;
-    t.acceleration = To16(n("D_F9"));
-    t.brake = To16(n("D_F10"));
-    t.overspeed = To16(n("D_F11"));
-    t.idle = To16(n("D_F12"));
-    t.longOver = To16(n("D_F13"));
-    t.mark = QString::number(n("D_F14"));
-    t.band1 = n("D_F15");
-    t.band2 = n("D_F16");
-    t.band3 = n("D_F17");
+    t.acceleration = To16(n(trip_col::Accelerations));
+    t.brake = To16(n(trip_col::Brakes));
+    t.overspeed = To16(n(trip_col::Overspeed_Minutes));
+    t.idle = To16(n(trip_col::Idles));
+    t.longOver = To16(n(trip_col::Long_Overspeeds));
+    t.mark = QString::number(n(trip_col::Mark));
+    t.band1 = n(trip_col::Over_Band1);
+    t.band2 = n(trip_col::Over_Band2);
+    t.band3 = n(trip_col::Over_Band3);
     return t;
 }
 
@@ -182,15 +183,15 @@ Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
             if (!after.dayFile)
                 ++summary.withoutDayFile;
             // 9. One statement: the row is old or new, never half.
-            trips.Set(QStringLiteral("D_F9"), after.acceleration);
-            trips.Set(QStringLiteral("D_F10"), after.brake);
-            trips.Set(QStringLiteral("D_F11"), after.overspeed);
-            trips.Set(QStringLiteral("D_F12"), after.idle);
-            trips.Set(QStringLiteral("D_F13"), after.longOver);
-            trips.Set(QStringLiteral("D_F14"), Val(after.mark));
-            trips.Set(QStringLiteral("D_F15"), after.band1);
-            trips.Set(QStringLiteral("D_F16"), after.band2);
-            trips.Set(QStringLiteral("D_F17"), after.band3);
+            trips.Set(trip_col::Accelerations, after.acceleration);
+            trips.Set(trip_col::Brakes, after.brake);
+            trips.Set(trip_col::Overspeed_Minutes, after.overspeed);
+            trips.Set(trip_col::Idles, after.idle);
+            trips.Set(trip_col::Long_Overspeeds, after.longOver);
+            trips.Set(trip_col::Mark, Val(after.mark));
+            trips.Set(trip_col::Over_Band1, after.band1);
+            trips.Set(trip_col::Over_Band2, after.band2);
+            trips.Set(trip_col::Over_Band3, after.band3);
             // The write waits for a reception that holds the database.
             Cls_DB::Batch write(db);
             trips.Update();

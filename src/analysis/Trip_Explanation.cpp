@@ -3,6 +3,7 @@
 #include "core/Messages.h"
 #include "core/VbText.h"
 #include "store/Cls_DB.h"
+#include "store/Trip_Columns.h"
 
 namespace vex {
 
@@ -101,9 +102,10 @@ Trip_Explanation Explain_Trip(Cls_DB& db, const Cls_Config& standards, const QSt
         return e;
     e.found = true;
     auto number = [&](const char* column) { return trip.Field(QLatin1String(column)).toDouble(); };
-    e.counts = {int16_t(number("D_F11")), float(number("D_F9")), float(number("D_F10")), int16_t(number("D_F12")),
-                int16_t(number("D_F13")), float(number("D_F8"))};
-    e.storedMark = trip.Text(QStringLiteral("D_F14"));
+    e.counts = {int16_t(number(trip_col::Overspeed_Minutes)), float(number(trip_col::Accelerations)),
+                float(number(trip_col::Brakes)),           int16_t(number(trip_col::Idles)),
+                int16_t(number(trip_col::Long_Overspeeds)), float(number(trip_col::Distance))};
+    e.storedMark = trip.Text(trip_col::Mark);
     e.mark = Explain_Mark(standards, e.counts);
     Minutes_Over(List_Of(db, QStringLiteral("D_D9"), key), e.events);
     Speed_Changes(List_Of(db, QStringLiteral("D_D4"), key), Mark_Event::Acceleration, e.events);

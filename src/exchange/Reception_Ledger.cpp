@@ -4,6 +4,7 @@
 #include "core/Messages.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
+#include "store/Trip_Columns.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -50,7 +51,7 @@ void Car_Days(Cls_DB& db, const QString& key, const QStringList& ignoring, Day_C
     Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT D_F1, D_F3, D_F5, D_F7 FROM D_D1 WHERE LEFT(D_F1,6) = ?"),
                                   {Car_Of(key)});
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-        const QString other = rs.Text(QStringLiteral("D_F1"));
+        const QString other = rs.Text(trip_col::Key);
         if (other == key || ignoring.contains(other))
             continue;
         const QString day = Day_Of(other);
@@ -59,7 +60,7 @@ void Car_Days(Cls_DB& db, const QString& key, const QStringList& ignoring, Day_C
         if (day > c.day)
             c.carHasNewerDays = true;
         if (day == c.day && Driver_Of(other) != c.driver)
-            c.neighbours.push_back({Driver_Of(other), rs.Text(QStringLiteral("D_F5")), rs.Text(QStringLiteral("D_F7")), {}});
+            c.neighbours.push_back({Driver_Of(other), rs.Text(trip_col::Start_Time), rs.Text(trip_col::End_Time), {}});
     }
 }
 
@@ -153,10 +154,10 @@ std::vector<Finding> Check_Stored_Day(Cls_DB& db, const QString& key, const QStr
 
     Recordset trip = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE D_F1 = ?"), {key});
     if (trip.RecordCount() > 0) {
-        evidence.startDay = trip.Text(QStringLiteral("D_F4"));
-        evidence.startTime = trip.Text(QStringLiteral("D_F5"));
-        evidence.endDay = trip.Text(QStringLiteral("D_F6"));
-        evidence.endTime = trip.Text(QStringLiteral("D_F7"));
+        evidence.startDay = trip.Text(trip_col::Start_Day);
+        evidence.startTime = trip.Text(trip_col::Start_Time);
+        evidence.endDay = trip.Text(trip_col::End_Day);
+        evidence.endTime = trip.Text(trip_col::End_Time);
     }
     const QString speeds = First_Text(db, QStringLiteral("SELECT D_F2 FROM D_D3 WHERE D_F1 = ?"), {key}, QStringLiteral("D_F2"));
     evidence.minuteSpeed = Cells(speeds, 16);
@@ -212,8 +213,8 @@ Ledger_Entry Record_Reception(Cls_DB& db, Ledger_Road road, const QString& sourc
             continue;
         Recordset trip = db.DB_RSet_D_D(QStringLiteral("SELECT D_F4, D_F5, D_F6, D_F7 FROM D_D1 WHERE D_F1 = ?"), {d.what});
         if (trip.RecordCount() > 0) {
-            d.first = trip.Text(QStringLiteral("D_F4")) + trip.Text(QStringLiteral("D_F5"));
-            d.last = trip.Text(QStringLiteral("D_F6")) + trip.Text(QStringLiteral("D_F7"));
+            d.first = trip.Text(trip_col::Start_Day) + trip.Text(trip_col::Start_Time);
+            d.last = trip.Text(trip_col::End_Day) + trip.Text(trip_col::End_Time);
         }
         d.findings = Check_Stored_Day(db, d.what, source, stored);
     }

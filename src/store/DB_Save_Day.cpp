@@ -9,6 +9,7 @@
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
 #include "store/Minute_Series.h"
+#include "store/Trip_Columns.h"
 
 namespace vex {
 
@@ -139,23 +140,23 @@ int16_t Cls_DB::DB_Save_D_D1(QString& car, QString& driver, QString& secData, QS
         // 7. The summary row, every column of it.
         const QString key = car + driver + day;
         Recordset rs = Row_Or_New(*this, QStringLiteral("D_D1"), key);
-        rs.Set(QStringLiteral("D_F2"), car);
-        rs.Set(QStringLiteral("D_F3"), driver);
-        rs.Set(QStringLiteral("D_F4"), day);
-        rs.Set(QStringLiteral("D_F5"), startTime);
-        rs.Set(QStringLiteral("D_F6"), day);
-        rs.Set(QStringLiteral("D_F7"), endTime);
-        rs.Set(QStringLiteral("D_F8"), double(distance));
-        rs.Set(QStringLiteral("D_F9"), acceleration);
-        rs.Set(QStringLiteral("D_F10"), brack);
-        rs.Set(QStringLiteral("D_F11"), over.count);
-        rs.Set(QStringLiteral("D_F12"), idle);
-        rs.Set(QStringLiteral("D_F13"), lkEngin);
-        rs.Set(QStringLiteral("D_F14"),
+        rs.Set(trip_col::Car, car);
+        rs.Set(trip_col::Driver, driver);
+        rs.Set(trip_col::Start_Day, day);
+        rs.Set(trip_col::Start_Time, startTime);
+        rs.Set(trip_col::End_Day, day);
+        rs.Set(trip_col::End_Time, endTime);
+        rs.Set(trip_col::Distance, double(distance));
+        rs.Set(trip_col::Accelerations, acceleration);
+        rs.Set(trip_col::Brakes, brack);
+        rs.Set(trip_col::Overspeed_Minutes, over.count);
+        rs.Set(trip_col::Idles, idle);
+        rs.Set(trip_col::Long_Overspeeds, lkEngin);
+        rs.Set(trip_col::Mark,
                Mark(*this, over.count, float(acceleration), float(brack), idle, lkEngin, distance));
-        rs.Set(QStringLiteral("D_F15"), over.band1);
-        rs.Set(QStringLiteral("D_F16"), over.band2);
-        rs.Set(QStringLiteral("D_F17"), over.band3);
+        rs.Set(trip_col::Over_Band1, over.band1);
+        rs.Set(trip_col::Over_Band2, over.band2);
+        rs.Set(trip_col::Over_Band3, over.band3);
         rs.Update();
         rs.Close();
 
@@ -179,20 +180,20 @@ int16_t Cls_DB::DB_Save_D_D1_pack(const Pack_Day& day)
 {
     return Saved(kErrSave_D_D1_pack, [&] {
         Recordset rs = Row_Or_New(*this, QStringLiteral("D_D1"), day.Key());
-        rs.Set(QStringLiteral("D_F2"), day.car);
-        rs.Set(QStringLiteral("D_F3"), day.driver);
-        rs.Set(QStringLiteral("D_F4"), day.startDay);
-        rs.Set(QStringLiteral("D_F5"), day.startTime);
-        rs.Set(QStringLiteral("D_F6"), day.endDay);
-        rs.Set(QStringLiteral("D_F7"), day.endTime);
-        rs.Set(QStringLiteral("D_F8"), double(day.distance));
-        rs.Set(QStringLiteral("D_F9"), double(day.accelerations));
-        rs.Set(QStringLiteral("D_F10"), double(day.brakes));
-        rs.Set(QStringLiteral("D_F11"), day.overspeedMinutes);
-        rs.Set(QStringLiteral("D_F12"), 0);
+        rs.Set(trip_col::Car, day.car);
+        rs.Set(trip_col::Driver, day.driver);
+        rs.Set(trip_col::Start_Day, day.startDay);
+        rs.Set(trip_col::Start_Time, day.startTime);
+        rs.Set(trip_col::End_Day, day.endDay);
+        rs.Set(trip_col::End_Time, day.endTime);
+        rs.Set(trip_col::Distance, double(day.distance));
+        rs.Set(trip_col::Accelerations, double(day.accelerations));
+        rs.Set(trip_col::Brakes, double(day.brakes));
+        rs.Set(trip_col::Overspeed_Minutes, day.overspeedMinutes);
+        rs.Set(trip_col::Idles, 0);
         const auto longOver = int16_t(day.Stored_Long_Overspeeds());
-        rs.Set(QStringLiteral("D_F13"), double(longOver));
-        rs.Set(QStringLiteral("D_F14"), Mark(*this, day.overspeedMinutes, float(day.accelerations),
+        rs.Set(trip_col::Long_Overspeeds, double(longOver));
+        rs.Set(trip_col::Mark, Mark(*this, day.overspeedMinutes, float(day.accelerations),
                                              float(day.brakes), 0, longOver, float(day.distance)));
         rs.Update();
         rs.Close();
