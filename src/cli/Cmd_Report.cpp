@@ -6,6 +6,7 @@
 #include "analysis/Operation_Graph.h"
 #include "analysis/Quick_Brake_Chart.h"
 #include "analysis/Trip_Fields.h"
+#include "core/Codes.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "core/VbText.h"
@@ -13,6 +14,7 @@
 #include "reports/Cls_Report.h"
 #include "reports/Printer_Device.h"
 #include "reports/Report_Printer.h"
+#include "reports/Report_Trust.h"
 #include "store/Cls_DB.h"
 
 #include <QPrinter>
@@ -33,6 +35,8 @@ int Usage_Error(Context& ctx, const QString& what)
             << "  report quick-brake CAR [--driver CODE] [--slot 1..4]\n"
             << "  report avg-day --from YYMMDD --to YYMMDD\n"
             << "  report day-avg --car CODE --driver CODE --from YYMMDD --to YYMMDD\n"
+            << "  report mark-explanation CAR DRIVER YYMMDD\n"
+            << "  report driver-trend --from YYMM --to YYMM [--driver CODE]\n"
             << "  each with --out FILE.pdf or --printer NAME\n";
     return 2;
 }
@@ -102,9 +106,17 @@ int Cmd_Report(Context& ctx)
         to = Take_Option(args, QStringLiteral("--to"));
         ok = args.isEmpty() && Day_Text(from) && Day_Text(to) && from <= to &&
              (kind == QLatin1String("avg-day") || (car.size() == 6 && driver.size() == 6));
+    } else if (kind == QLatin1String("mark-explanation")) {
+        ok = args.size() == 3 && Is_Code(args[0]) && Is_Code(args[1]) && Is_Day(args[2]);
+    } else if (kind == QLatin1String("driver-trend")) {
+        driver = Take_Option(args, QStringLiteral("--driver"));
+        from = Take_Option(args, QStringLiteral("--from"));
+        to = Take_Option(args, QStringLiteral("--to"));
+        ok = args.isEmpty() && from.size() == 4 && to.size() == 4 && Is_Day(from + QStringLiteral("01"))
+             && Is_Day(to + QStringLiteral("01")) && from <= to && (driver.isEmpty() || Is_Code(driver));
     } else {
         return Usage_Error(ctx, QStringLiteral("report drive-day|inspection-day|sections|operation|operation-360|"
-                                               "quick-brake|avg-day|day-avg"));
+                                               "quick-brake|avg-day|day-avg|mark-explanation|driver-trend"));
     }
     if (!ok)
         return Usage_Error(ctx, QStringLiteral("wrong words for report ") + kind);
@@ -141,6 +153,20 @@ int Cmd_Report(Context& ctx)
             report.Driver_Code = driver;
             printed = kind == QLatin1String("avg-day") ? report.Report_Avg_Day_G(*printer, db)
                                                         : report.Report_Day_AVG_G(*printer, db);
+            return;
+        }
+        if (kind == QLatin1String("mark-explanation")) {
+            const Trip_Explanation e = Explain_Trip(db, *G().Config, args[0], args[1], args[2]);
+            if (!e.found) {
+                ctx.err << "vexcli: no stored trip " << args[0] + args[1] + args[2] << "\n";
+                rc = 1;
+                return;
+            }
+            printed = Report_Mark_Explanation(*printer, db, e);
+            return;
+        }
+        if (kind == QLatin1String("driver-trend")) {
+            printed = Report_Driver_Trend(*printer, db, Driver_Trends(db, from, to, driver), from, to);
             return;
         }
         if (kind == QLatin1String("quick-brake")) {

@@ -37,7 +37,8 @@ const Command kCommands[] = {
     {"recalc", "recalc", "count every stored trip again under the standards (progress on stderr)", Cmd_Recalc},
     {"report", "report KIND ... --out FILE.pdf|--printer NAME",
      "drive-day|inspection-day|sections|operation CAR DRIVER YYMMDD; operation-360 CAR DRIVER YYMMDD HH; "
-     "quick-brake CAR; avg-day --from --to; day-avg --car --driver --from --to: a printed report",
+     "quick-brake CAR; avg-day --from --to; day-avg --car --driver --from --to; mark-explanation CAR DRIVER "
+     "YYMMDD; driver-trend --from YYMM --to YYMM: a printed report",
      Cmd_Report},
     {"excel", "excel KIND [--car CODE] [--driver CODE] --from YYMMDD --to YYMMDD [--out FILE.xlsx]",
      "a spreadsheet report from its template; KIND is one of:", Cmd_Excel},

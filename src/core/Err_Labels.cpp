@@ -214,6 +214,8 @@ constexpr Label kLabels[] = {
     {kErrRegisterCodes, "Keep_Progress - Register_Codes"},
     {kErrLedger, "Reception_Ledger - Record_Reception"},
     {kErrFleet, "Fleet_Sampler - Register"},
+    {kErrReportExplanation, "Report_Trust - Report_Mark_Explanation"},
+    {kErrReportTrend, "Report_Trust - Report_Driver_Trend"},
 };
 
 } // namespace

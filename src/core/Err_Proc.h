@@ -49,6 +49,8 @@ enum Err_Code : int16_t {
     kErrRegisterCodes = 2025,
     kErrLedger = 2026,
     kErrFleet = 2027,
+    kErrReportExplanation = 2028,
+    kErrReportTrend = 2029,
 };
 
 // Label of a handler code: "object - procedure"; empty for gaps and codes
