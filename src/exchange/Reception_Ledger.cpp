@@ -79,6 +79,14 @@ void Earlier_Receptions(Cls_DB& db, const QString& key, const QString& source, D
     }
 }
 
+std::optional<Finding_Kind> Kind_Named(const QString& name)
+{
+    for (int k = 0; k <= int(Finding_Kind::Unknown_Driver); ++k)
+        if (Finding_Kind_Name(Finding_Kind(k)) == name)
+            return Finding_Kind(k);
+    return std::nullopt;
+}
+
 QString New_Id()
 {
     return QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmsszzz")) + QLatin1Char('-')
@@ -240,20 +248,31 @@ Ledger_Entry Record_Reception(Cls_DB& db, Ledger_Road road, const QString& sourc
     return entry;
 }
 
+std::vector<Finding> Notes_Of_Day(Cls_DB& db, const QString& key)
+{
+    std::vector<Finding> notes;
+    const QString dayId = First_Text(
+        db, QStringLiteral("SELECT D_F1 FROM X_LEDGER_DAY WHERE D_F3 = ? AND D_F4 = 'stored' ORDER BY D_F1 DESC"), {key},
+        QStringLiteral("D_F1"));
+    if (dayId.isEmpty())
+        return notes;
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM X_FINDING WHERE D_F3 = ? ORDER BY D_F1"), {key});
+    for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
+        const QString id = rs.Text(QStringLiteral("D_F1"));
+        const auto kind = Kind_Named(rs.Text(QStringLiteral("D_F7")));
+        if (id.startsWith(dayId + QLatin1Char('/')) && kind)
+            notes.push_back({*kind, rs.Field(QStringLiteral("D_F4")).toInt(), rs.Field(QStringLiteral("D_F5")).toDouble(),
+                             rs.Field(QStringLiteral("D_F6")).toDouble(), rs.Text(QStringLiteral("D_F8"))});
+    }
+    return notes;
+}
+
 QString Ledger_Line(const Ledger_Entry& entry)
 {
     return LoadResString(kTextLedgerLine).arg(entry.Stored()).arg(entry.Stored_With_Findings());
 }
 
 namespace {
-
-std::optional<Finding_Kind> Kind_Named(const QString& name)
-{
-    for (int k = 0; k <= int(Finding_Kind::Unknown_Driver); ++k)
-        if (Finding_Kind_Name(Finding_Kind(k)) == name)
-            return Finding_Kind(k);
-    return std::nullopt;
-}
 
 bool Day_Passes(const Ledger_Day& d, const Ledger_Filter& f)
 {

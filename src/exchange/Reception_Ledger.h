@@ -73,6 +73,10 @@ Ledger_Entry Record_Reception(Cls_DB& db, Ledger_Road road, const QString& sourc
 std::vector<Finding> Check_Stored_Day(Cls_DB& db, const QString& key, const QString& source,
                                       const QStringList& ignoring);
 
+// The notes of the last reception that stored the key; none when no
+// reception of the ledger stored it.
+std::vector<Finding> Notes_Of_Day(Cls_DB& db, const QString& key);
+
 // "3 days stored, 1 with a note", in the system's language.
 QString Ledger_Line(const Ledger_Entry& entry);
 

@@ -30,7 +30,10 @@
 #include "forms/frm_About.h"
 #include "forms/frm_CarCondition.h"
 #include "forms/frm_Config.h"
+#include "forms/frm_DriverTrend.h"
 #include "forms/frm_Equipment.h"
+#include "forms/frm_Ledger.h"
+#include "forms/frm_MarkExplain.h"
 #include "forms/frm_Nosun.h"
 #include "forms/frm_Pack_check.h"
 #include "forms/frm_dayreport.h"
@@ -68,6 +71,7 @@ Vex_Form* Create_Form(const QString& name, QWidget* parent)
         Entry<frmRegister_Average>(), Entry<frmReport_DriveDay1>(), Entry<frmReport_Reference>(),
         Entry<frm_CarCondition>(), Entry<frm_daystatus>(),     Entry<frm_dayreport>(),
         Entry<Frm_consume>(),     Entry<Frm_consume1>(),       Entry<frm_overfuel>(),
+        Entry<frm_Ledger>(),      Entry<frm_DriverTrend>(),    Entry<frm_MarkExplain>(),
     };
     auto it = factory.find(name);
     return it == factory.end() ? nullptr : it->second(parent);
@@ -88,7 +92,8 @@ QStringList Built_Forms()
             QStringLiteral("frmRegister_Average"), QStringLiteral("frmReport_DriveDay1"),
             QStringLiteral("frmReport_Reference"), QStringLiteral("frm_CarCondition"), QStringLiteral("frm_daystatus"),
             QStringLiteral("frm_dayreport"), QStringLiteral("Frm_consume"), QStringLiteral("Frm_consume1"),
-            QStringLiteral("frm_overfuel")};
+            QStringLiteral("frm_overfuel"), QStringLiteral("frm_Ledger"), QStringLiteral("frm_DriverTrend"),
+            QStringLiteral("frm_MarkExplain")};
 }
 
 } // namespace vex::forms

@@ -6,6 +6,8 @@
 #include "forms/Report_Print.h"
 #include "forms/frmReport_Operation.h"
 #include "forms/frmReport_SecOperation.h"
+#include "forms/frm_Ledger.h"
+#include "forms/frm_MarkExplain.h"
 #include "store/Cls_DB.h"
 
 #include <QHBoxLayout>
@@ -23,6 +25,13 @@ Frm_oversp::Frm_oversp(QWidget* parent) : Vex_Form(QString::fromLatin1(kName), p
     List1->setObjectName(QStringLiteral("List1"));
     Command1 = new QPushButton(QStringLiteral("분당 운행그래프"), this);
     Command1->setObjectName(QStringLiteral("Command1"));
+    cmdMark = new QPushButton(Lang_Text(QStringLiteral("점수 산출 내역"), QStringLiteral("How the mark was counted")), this);
+    cmdMark->setObjectName(QStringLiteral("cmdMark"));
+    lblNotes = new QPushButton(this);
+    lblNotes->setObjectName(QStringLiteral("lblNotes"));
+    lblNotes->setFlat(true);
+    lblNotes->setStyleSheet(QStringLiteral("color: #b00000; text-align: left"));
+    lblNotes->hide();
     cmdPrint = new QPushButton(QStringLiteral("인쇄"), this);
     cmdClose = new QPushButton(QStringLiteral("종료"), this);
     connect(List1, &QListWidget::itemDoubleClicked, this, [this](QListWidgetItem* item) { Open_Event(List1->row(item)); });
@@ -33,16 +42,22 @@ Frm_oversp::Frm_oversp(QWidget* parent) : Vex_Form(QString::fromLatin1(kName), p
         sel.Start_Date = day_;
         Open<frmReport_Operation>(parentWidget(), this)->Load_Selection();
     });
+    connect(cmdMark, &QPushButton::clicked, this,
+            [this] { Open<frm_MarkExplain>(parentWidget(), this)->Show_Trip(car_, driver_, day_); });
+    connect(lblNotes, &QPushButton::clicked, this,
+            [this] { Open<frm_Ledger>(parentWidget(), this)->Show_Day(car_ + driver_ + day_); });
     connect(cmdPrint, &QPushButton::clicked, this,
             [this] { Print_With_Dialog(this, false, [this](QPagedPaintDevice& d) { Print_List(d); }); });
     connect(cmdClose, &QPushButton::clicked, this, &QWidget::close);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(Command1);
+    buttons->addWidget(cmdMark);
     buttons->addWidget(cmdPrint);
     buttons->addWidget(cmdClose);
     auto* box = new QVBoxLayout(this);
     box->addWidget(Label1);
+    box->addWidget(lblNotes);
     box->addWidget(List1, 1);
     box->addLayout(buttons);
 }
@@ -56,6 +71,14 @@ void Frm_oversp::Show_Trip(const QString& car, const QString& driver, const QStr
     Label1->setText(LoadResString(632) + QStringLiteral(" ") + car + QStringLiteral("   ") + LoadResString(633) +
                     QStringLiteral(" ") + driver + QStringLiteral(" (") + Driver_Name(db, driver) +
                     QStringLiteral(")   ") + Date_Dash(day));
+    // The plausibility notes of the reception that stored the day, one
+    // click from the ledger.
+    const std::vector<Finding> notes = Notes_Of_Day(db, car + driver + day);
+    lblNotes->setVisible(!notes.empty());
+    if (!notes.empty())
+        lblNotes->setText(Lang_Text(QStringLiteral("⚠ 참고 사항 %1건: %2"), QStringLiteral("⚠ %1 notes: %2"))
+                              .arg(notes.size())
+                              .arg(Finding_Text(notes.front())));
     List1->clear();
     rows_ = Event_List(db, car, driver, day);
     for (const Event_Row& r : rows_) {

@@ -22,6 +22,8 @@ public:
     QLabel* Label1;       // car, driver and name, day
     QListWidget* List1;
     QPushButton* Command1; // the minute view of the day
+    QPushButton* cmdMark;  // how the trip's mark was counted
+    QPushButton* lblNotes; // the day's notes in the ledger, shown when it has any
     QPushButton* cmdPrint; // "인쇄"
     QPushButton* cmdClose; // "종료"
 

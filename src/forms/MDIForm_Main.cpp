@@ -151,7 +151,7 @@ int MDIForm_Main::Node_Index(QTreeWidgetItem* item) const
 
 void MDIForm_Main::Refresh_Pictures()
 {
-    // Folders for the nine groups, pages for the functions; the selected
+    // Folders for the groups at the top, pages for the functions; the selected
     // node shows the open form of its picture.
     QStyle* s = style();
     const QIcon pictures[5] = {{}, s->standardIcon(QStyle::SP_DirClosedIcon), s->standardIcon(QStyle::SP_DirOpenIcon),
@@ -159,7 +159,7 @@ void MDIForm_Main::Refresh_Pictures()
     QTreeWidgetItem* current = TreeView1->currentItem();
     QTreeWidgetItemIterator it(TreeView1);
     for (; *it; ++it) {
-        const bool group = Node_Index(*it) < 10;
+        const bool group = (*it)->parent() == nullptr;
         const bool selected = *it == current;
         (*it)->setIcon(0, pictures[group ? (selected ? 2 : 1) : (selected ? 4 : 3)]);
     }

@@ -51,7 +51,7 @@ void Double_Click(MDIForm_Main* m, int index)
     QApplication::sendEvent(vp, &up);
 }
 
-TEST_F(MainWindowTest, TreeHoldsTheFortyThreeNodes)
+TEST_F(MainWindowTest, TreeHoldsTheFortySixNodes)
 {
     MDIForm_Main* m = Login();
     ASSERT_NE(m, nullptr);
@@ -59,8 +59,8 @@ TEST_F(MainWindowTest, TreeHoldsTheFortyThreeNodes)
     QTreeWidgetItemIterator it(m->TreeView1);
     for (; *it; ++it)
         ++count;
-    EXPECT_EQ(count, 43);
-    EXPECT_EQ(m->TreeView1->topLevelItemCount(), 9);
+    EXPECT_EQ(count, 46);
+    EXPECT_EQ(m->TreeView1->topLevelItemCount(), 10);
     for (const Tree_Node& n : Tree_Nodes()) {
         QTreeWidgetItem* item = m->Node(n.index);
         ASSERT_NE(item, nullptr) << n.index;

@@ -22,6 +22,9 @@ const std::vector<Tree_Node>& Tree_Nodes()
         {6, "f", "", 1142, ""},
         {7, "g", "", 705, ""},
         {8, "h", "", 706, ""},
+        // Where the figures come from: the ledger of receptions, drivers
+        // over time; a group of its own before the end of the program.
+        {44, "j", "", 5113, ""},
         {9, "i", "", 710, ""},
         {10, "a1", "a", 707, ""},
         {11, "a2", "a", 1195, ""},
@@ -57,6 +60,8 @@ const std::vector<Tree_Node>& Tree_Nodes()
         {41, "g4", "g", 0, "DB정리"},
         {42, "h1", "h", 729, ""},
         {43, "h2", "h", 601, ""},
+        {45, "j1", "j", 5114, ""},
+        {46, "j2", "j", 5115, ""},
     };
     return nodes;
 }
@@ -189,6 +194,10 @@ Nav_Action Tree_Action(int index)
         return Tool_Group(index - 38);
     if (index >= 42 && index <= 43)
         return Help_Group(index - 42);
+    if (index == 45)
+        return Open("frm_Ledger");
+    if (index == 46)
+        return Open("frm_DriverTrend");
     return {};
 }
 

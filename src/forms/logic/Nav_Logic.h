@@ -1,5 +1,5 @@
 #pragma once
-// The map of functions of the main window: the 43 nodes of the tree, what
+// The map of functions of the main window: the 46 nodes of the tree, what
 // each node and each of the 13 buttons opens, the database size test and the
 // choice of the help file.
 #include <QString>
@@ -12,7 +12,7 @@ namespace vex::forms {
 struct Tree_Node {
     int index;          // 1-based place in the tree: the dispatcher's only input
     const char* key;
-    const char* parent; // empty for the nine top entries
+    const char* parent; // empty for the ten top entries
     int msgId;          // text from the message table, or 0
     const char* fixedText; // fixed Korean in every language when msgId is 0
 };
@@ -31,7 +31,7 @@ struct Nav_Action {
     bool remote = false;   // the remote reception of button 10
 };
 
-// The action of the tree node of that index (1 to 43); a parent node, or an
+// The action of the tree node of that index (1 to 46); a parent node, or an
 // index outside the tree, has none.
 Nav_Action Tree_Action(int index);
 // The action of SSCommand1 to SSCommand13.
