@@ -6,7 +6,6 @@
 #include "core/Mod_Main.h"
 #include "exchange/Data_Package.h"
 #include "exchange/Db_Keeping.h"
-#include "exchange/Reception_Ledger.h"
 #include "store/Cls_DB.h"
 
 #include <QFile>
@@ -110,8 +109,8 @@ int Import_Cmd(Context& ctx)
     }
     const Exchange_Report r = Import_Package(*G().DB, ctx.args[0], false, Printer(ctx));
     const int rc = Report(ctx, r);
-    Tell_Ledger(ctx, Ledger_Road::Import, QFileInfo(ctx.args[0]).fileName(), r.Text().section('\n', 0, 0),
-                Ledger_Days(r));
+    for (const QString& line : r.ledger)
+        ctx.out << line << "\n";
     return rc;
 }
 

@@ -283,8 +283,28 @@ Exchange_Report Delete_Selection(Cls_DB& live, const Selection& s, const Exchang
     return r;
 }
 
+namespace {
+
+// The rows, files, refusals and trips of one package added to the whole.
+void Merge_Counts(Exchange_Report& whole, const Exchange_Report& one)
+{
+    for (const auto& [table, rows] : one.tables) {
+        auto it = std::find_if(whole.tables.begin(), whole.tables.end(),
+                               [&](const std::pair<QString, int>& t) { return t.first == table; });
+        if (it == whole.tables.end())
+            whole.tables.emplace_back(table, rows);
+        else
+            it->second += rows;
+    }
+    whole.files << one.files;
+    whole.refused << one.refused;
+    whole.trips << one.trips;
+}
+
+} // namespace
+
 Exchange_Report Import_Package(Cls_DB& live, const QString& zipOrFolder, bool withSiteTable,
-                               const Exchange_Progress& progress)
+                               const Exchange_Progress& progress, Ledger_Road road, const QString& origin)
 {
     Exchange_Report r;
     QStringList packages;
@@ -298,9 +318,25 @@ Exchange_Report Import_Package(Cls_DB& live, const QString& zipOrFolder, bool wi
         packages << zipOrFolder;
     }
     QStringList failed;
-    for (const QString& zip : packages)
-        if (!Guarded(kErrImport, [&] { Import_One(live, zip, withSiteTable, r, progress); }))
+    for (const QString& zip : packages) {
+        Exchange_Report one;
+        const bool imported = Guarded(kErrImport, [&] { Import_One(live, zip, withSiteTable, one, progress); });
+        Merge_Counts(r, one);
+        if (!imported) {
             failed << QFileInfo(zip).fileName() + QStringLiteral(": ") + Err_Last();
+            continue;
+        }
+        // What the package brought, in the ledger; a ledger that can't be
+        // written is logged and takes nothing back.
+        Guarded(kErrLedger, [&] {
+            const Ledger_Entry entry = Record_Reception(live, road, QFileInfo(zip).fileName() + origin,
+                                                       one.Text().section(QLatin1Char('\n'), 0, 0), Ledger_Days(one));
+            r.ledger << Ledger_Line(entry);
+            for (const Ledger_Day& d : entry.days)
+                for (const Finding& f : d.findings)
+                    r.ledger << QStringLiteral("  ") + d.what + QStringLiteral("  ") + Finding_Text(f);
+        });
+    }
     r.ok = failed.isEmpty();
     r.message = r.ok ? QStringLiteral("완료") : failed.join(QLatin1Char('\n'));
     return r;

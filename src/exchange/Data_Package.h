@@ -5,6 +5,7 @@
 // (rows by the copy rule, day files into "\pack"), and move a driver's days
 // to another driver code.
 #include "exchange/Exchange_Tables.h"
+#include "exchange/Reception_Ledger.h"
 
 #include <QString>
 
@@ -33,9 +34,12 @@ Exchange_Report Delete_Selection(Cls_DB& live, const Selection& s, const Exchang
 // each package is unpacked in "\exp", its day files go to "\pack", its
 // "exp.mdb" is read whole (a Jet or a SQLite file, by its header) and
 // then copied table by table, with D_S1 too when withSiteTable. A package
-// that isn't one, or whose database can't be read, changes nothing.
+// that isn't one, or whose database can't be read, changes nothing. Each
+// package brought in leaves its entry in the ledger of receptions (road,
+// its file name and origin), whose line and notes come back in ledger.
 Exchange_Report Import_Package(Cls_DB& live, const QString& zipOrFolder, bool withSiteTable = false,
-                               const Exchange_Progress& progress = {});
+                               const Exchange_Progress& progress = {}, Ledger_Road road = Ledger_Road::Import,
+                               const QString& origin = QString());
 
 // The days from..to of car and driver become newDriver's: D_F1 of the rows,
 // D_F2 and D_F3 of D_D1, and the day files. Every day is checked first: a

@@ -48,6 +48,7 @@ struct Exchange_Report {
     QStringList files;                              // day files moved
     QStringList refused;                            // rows not taken: "table key: why"
     QStringList trips;                              // D_D1 keys an import wrote
+    QStringList ledger;                             // an import's ledger line and notes, per package
     // "D_D1 31, D_D2 12, ...", the files and the rows refused.
     QString Text() const;
 };

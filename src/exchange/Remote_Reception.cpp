@@ -7,7 +7,6 @@
 #include "core/Printable.h"
 #include "exchange/Data_Package.h"
 #include "exchange/Received_Files.h"
-#include "exchange/Reception_Ledger.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
 
@@ -89,14 +88,9 @@ void Remote_Load(Cls_DB& live, Remote_Outcome& out, const Exchange_Progress& pro
     for (const QString& name : Received_Names(exp)) {
         if (!Is_Zip(name))
             continue;
-        const Exchange_Report r = Import_Package(live, QDir(exp).filePath(name), true, progress);
+        const Exchange_Report r =
+            Import_Package(live, QDir(exp).filePath(name), true, progress, Ledger_Road::Remote, QStringLiteral(" by FTP"));
         out.rowsRefused << r.refused;
-        // The ledger notes what the package brought; a ledger that can't be
-        // written is logged and never holds the loading up.
-        Guarded(kErrLedger, [&] {
-            Record_Reception(live, Ledger_Road::Remote, QStringLiteral("package %1 by FTP").arg(name),
-                             r.Text().section(QLatin1Char('\n'), 0, 0), Ledger_Days(r));
-        });
         if (r.ok)
             done(name);
         else
