@@ -5,6 +5,7 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "forms/Report_Print.h"
+#include "forms/frm_Ledger.h"
 #include "forms/logic/View_Logic.h"
 #include "store/Cls_DB.h"
 
@@ -69,6 +70,13 @@ Operation_View::Operation_View(const char* name, bool hour, const std::vector<in
     Label1->setObjectName(QStringLiteral("Label1"));
     top->addSpacing(12);
     top->addWidget(Label1);
+    cmdNotes = new QPushButton(this);
+    cmdNotes->setObjectName(QStringLiteral("cmdNotes"));
+    cmdNotes->setFlat(true);
+    cmdNotes->setFocusPolicy(Qt::NoFocus);
+    cmdNotes->setStyleSheet(QStringLiteral("color: #b00000"));
+    cmdNotes->hide();
+    top->addWidget(cmdNotes);
     top->addStretch();
     Command2 = new QPushButton(this);
     Command2->setObjectName(QStringLiteral("Command2"));
@@ -241,6 +249,20 @@ void Operation_View::Print()
 void Operation_View::Preview()
 {
     Preview_Report(this, Selection(), [this](Cls_Report&, Report_Printer& p) { return Print_To(p); });
+}
+
+void Operation_View::Show_Notes(const QString& car, const QString& driver, const QString& day)
+{
+    const QString key = car + driver + day;
+    const std::vector<Finding> notes = G().DB ? Notes_Of_Day(*G().DB, key) : std::vector<Finding>{};
+    cmdNotes->setVisible(!notes.empty());
+    if (notes.empty())
+        return;
+    cmdNotes->setText(Lang_Text(QStringLiteral("⚠ 참고 사항 %1건"), QStringLiteral("⚠ %1 notes")).arg(notes.size()));
+    cmdNotes->setMinimumWidth(cmdNotes->sizeHint().width());
+    cmdNotes->setToolTip(Finding_Text(notes.front()));
+    cmdNotes->disconnect();
+    connect(cmdNotes, &QPushButton::clicked, this, [this, key] { Open<frm_Ledger>(parentWidget(), this)->Show_Day(key); });
 }
 
 } // namespace vex::forms

@@ -33,6 +33,7 @@ public:
     QPushButton* Command2;            // the other view
     QPushButton* Command3;            // close
     QPushButton* Command5;            // preview
+    QPushButton* cmdNotes;            // the day's notes in the ledger, shown when it has any
 
     Operation_Graph& Graph_State() { return og_; }
     // Cursor X (twips of the picture) and the point under it.
@@ -54,6 +55,8 @@ public:
     bool Print_To(Report_Printer& printer);
     void Print();
     void Preview();
+    // The mark of a day the ledger holds notes on, one click from them.
+    void Show_Notes(const QString& car, const QString& driver, const QString& day);
 
 protected:
     Operation_View(const char* name, bool hour, const std::vector<int>& zooms, int fields, QWidget* parent);

@@ -73,6 +73,7 @@ bool frmReport_Operation::Load_Selection()
 void frmReport_Operation::Show_Date()
 {
     Label1->setText(Date_Dash(og_.Trip.startDay));
+    Show_Notes(og_.Trip.car, og_.Trip.driver, og_.Trip.startDay);
 }
 
 void frmReport_Operation::Fill_Fields()

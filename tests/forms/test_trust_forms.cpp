@@ -22,8 +22,10 @@ using TrustForms = test::GuiTest;
 
 void Shoot(QWidget* w, const char* name)
 {
-    if (qEnvironmentVariableIsSet("VEX_SHOTS"))
-        w->grab().save(qEnvironmentVariable("VEX_SHOTS") + "/" + name);
+    if (!qEnvironmentVariableIsSet("VEX_SHOTS"))
+        return;
+    QApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    w->grab().save(qEnvironmentVariable("VEX_SHOTS") + "/" + name);
 }
 
 } // namespace
@@ -59,6 +61,11 @@ TEST_F(TrustForms, NotesOfASlippingSensorAndAMarkExplainedToItsStoredValue)
     auto* day = qobject_cast<frmReport_Operation*>(Find_Form("frmReport_Operation"));
     ASSERT_NE(day, nullptr);
     EXPECT_EQ(day->Start_Date(), "261103");
+    // The day's graph carries the mark of its notes.
+    EXPECT_TRUE(day->cmdNotes->isVisibleTo(day));
+    EXPECT_EQ(day->cmdNotes->text(), "⚠ 참고 사항 1건");
+    EXPECT_TRUE(day->cmdNotes->toolTip().contains("분당 거리 127.8 km")) << day->cmdNotes->toolTip().toStdString();
+    Shoot(day, "day_graph_with_notes.png");
     // Filtered to another car: nothing; by kind: the notes only.
     ledger->txtCar->setText("12AC00");
     ASSERT_TRUE(ledger->Search());
