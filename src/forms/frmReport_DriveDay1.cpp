@@ -9,6 +9,7 @@
 #include "core/VbText.h"
 #include "forms/Msg_Box.h"
 #include "forms/Report_Print.h"
+#include "forms/frm_MarkExplain.h"
 #include "forms/logic/View_Logic.h"
 #include "reports/Cls_Report.h"
 #include "reports/Report_Text.h"
@@ -86,6 +87,12 @@ frmReport_DriveDay1::frmReport_DriveDay1(QWidget* parent) : Vex_Form(QString::fr
     Command2 = new QPushButton(M(704), this);
     Command2->setObjectName(QStringLiteral("Command2"));
     Command3 = new QPushButton(M(504), this);
+    cmdMark = new QPushButton(Lang_Text(QStringLiteral("점수 산출 내역"), QStringLiteral("How the mark was counted")), this);
+    cmdMark->setObjectName(QStringLiteral("cmdMark"));
+    connect(cmdMark, &QPushButton::clicked, this, [this] {
+        const Report_Selection& sel = Selection();
+        Open<frm_MarkExplain>(parentWidget(), this)->Show_Trip(sel.Car_Code, sel.Driver_Code, sel.Start_Date);
+    });
     connect(Command1, &QPushButton::clicked, this, [this] {
         Preview_Report(this, Selection(), [this](Cls_Report& r, Report_Printer& p) { return Routine(r, p); });
     });
@@ -94,6 +101,7 @@ frmReport_DriveDay1::frmReport_DriveDay1(QWidget* parent) : Vex_Form(QString::fr
     });
     connect(Command3, &QPushButton::clicked, this, &QWidget::close);
     kinds->addStretch();
+    kinds->addWidget(cmdMark);
     kinds->addWidget(Command1);
     kinds->addWidget(Command2);
     kinds->addWidget(Command3);

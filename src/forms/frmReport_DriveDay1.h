@@ -38,6 +38,7 @@ public:
     QPushButton* Command1;        // 628 preview
     QPushButton* Command2;        // 704 print
     QPushButton* Command3;        // 504 close
+    QPushButton* cmdMark;         // how the day's mark (the evaluation) was counted
 
     // The selection's car, driver and day into the grids; false (message
     // 1135) when the day is not stored.

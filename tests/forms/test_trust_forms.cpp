@@ -5,11 +5,13 @@
 #include "GuiFixture.h"
 
 #include "forms/Frm_oversp.h"
+#include "forms/frmReport_DriveDay1.h"
 #include "forms/frmReport_Operation.h"
 #include "forms/frmReport_SecOperation.h"
 #include "forms/frm_DriverTrend.h"
 #include "forms/frm_Ledger.h"
 #include "forms/frm_MarkExplain.h"
+#include "forms/logic/View_Logic.h"
 
 #include <QRegularExpression>
 
@@ -98,6 +100,20 @@ TEST_F(TrustForms, NotesOfASlippingSensorAndAMarkExplainedToItsStoredValue)
     auto* seconds = qobject_cast<frmReport_SecOperation*>(Find_Form("frmReport_SecOperation"));
     ASSERT_NE(seconds, nullptr);
     EXPECT_EQ(seconds->Hour(), e.events.back().second / 3600);
+
+    // The daily report screen explains its evaluation the same way.
+    mark->close();
+    Report_Selection& sel = vex::forms::Selection();
+    sel.Car_Code = "12AB00";
+    sel.Driver_Code = "000123";
+    sel.Start_Date = "261103";
+    auto* report = Open<frmReport_DriveDay1>(m);
+    ASSERT_TRUE(report->Show_Day());
+    QTest::mouseClick(report->cmdMark, Qt::LeftButton);
+    mark = qobject_cast<frm_MarkExplain*>(Find_Form("frm_MarkExplain"));
+    ASSERT_NE(mark, nullptr);
+    EXPECT_EQ(mark->Explanation().day, "261103");
+    EXPECT_TRUE(mark->List1->item(0)->text().contains("261103"));
 
     // Drivers over time: the driver's month, ranked among the month's drivers.
     auto* trend = Open<frm_DriverTrend>(m);
