@@ -9,14 +9,17 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "registers/Register_Lookup.h"
+#include "reports/Report_Trust.h"
 #include "store/Cls_DB.h"
+
+#include <QFileInfo>
 
 namespace vex::cli {
 
 namespace {
 
 constexpr const char* kUsage = "usage: vexcli marks explain CARCODE DRIVERCODE YYMMDD\n"
-                               "       vexcli marks trend --from YYMM --to YYMM [--driver CODE]\n";
+                               "       vexcli marks trend --from YYMM --to YYMM [--driver CODE] [--out FILE.xlsx]\n";
 
 bool Is_Month(const QString& yymm)
 {
@@ -56,9 +59,22 @@ int Trend(Context& ctx)
                 << kUsage;
         return 2;
     }
+    // Named before the start-up moves into the application folder.
+    QString out = Option(ctx.args, QStringLiteral("--out"));
+    if (!out.isEmpty())
+        out = QFileInfo(out).absoluteFilePath();
     if (!Start_App(ctx))
         return 2;
     const std::vector<Driver_Month> rows = Driver_Trends(*G().DB, from, to, driver);
+    if (!out.isEmpty()) {
+        const Excel_Result r = Excel_Driver_Trend(*G().DB, G().App_Dir, rows, from, to, out);
+        if (r.outcome != Excel_Result::Written) {
+            ctx.err << "vexcli: " << r.message << "\n";
+            return 1;
+        }
+        ctx.out << "wrote " << r.path << "\n";
+        return 0;
+    }
     ctx.out << Lang_Text(QStringLiteral("월    운전자  이름        운행   거리 km  평균 점수  100km당 이벤트  과속 분  순위    변화"),
                          QStringLiteral("month driver  name        trips  km       avg mark   events/100 km   over min rank    change"))
             << "\n";

@@ -4,6 +4,7 @@
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
+#include "forms/Excel_Show.h"
 #include "forms/Msg_Box.h"
 #include "forms/Report_Print.h"
 #include "registers/Register_Lookup.h"
@@ -131,18 +132,13 @@ frm_DriverTrend::frm_DriverTrend(QWidget* parent) : Vex_Form(QString::fromLatin1
     txtDriver->setMaxLength(6);
     cmdSearch = new QPushButton(Lang_Text(QStringLiteral("조회"), QStringLiteral("Search")), this);
     cmdPrint = new QPushButton(Lang_Text(QStringLiteral("인쇄"), QStringLiteral("Print")), this);
+    cmdExcel = new QPushButton(Lang_Text(QStringLiteral("엑셀"), QStringLiteral("Spreadsheet")), this);
+    cmdExcel->setObjectName(QStringLiteral("cmdExcel"));
     cmdClose = new QPushButton(Lang_Text(QStringLiteral("종료"), QStringLiteral("Close")), this);
     Grid = new QTableWidget(this);
     Grid->setObjectName(QStringLiteral("Grid"));
     Grid->setColumnCount(10);
-    Grid->setHorizontalHeaderLabels({Lang_Text(QStringLiteral("월"), QStringLiteral("month")), LoadResString(633),
-                                     Lang_Text(QStringLiteral("이름"), QStringLiteral("name")),
-                                     Lang_Text(QStringLiteral("운행"), QStringLiteral("trips")), QStringLiteral("km"),
-                                     Lang_Text(QStringLiteral("평균 점수"), QStringLiteral("avg mark")),
-                                     Lang_Text(QStringLiteral("100km당 이벤트"), QStringLiteral("events/100 km")),
-                                     Lang_Text(QStringLiteral("과속 분"), QStringLiteral("over min")),
-                                     Lang_Text(QStringLiteral("순위"), QStringLiteral("rank")),
-                                     Lang_Text(QStringLiteral("변화"), QStringLiteral("change"))});
+    Grid->setHorizontalHeaderLabels(Driver_Month_Heads());
     Grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     Grid->verticalHeader()->hide();
     Chart = new Trend_Chart(this);
@@ -155,6 +151,7 @@ frm_DriverTrend::frm_DriverTrend(QWidget* parent) : Vex_Form(QString::fromLatin1
     filters->addWidget(txtDriver);
     filters->addWidget(cmdSearch);
     filters->addStretch();
+    filters->addWidget(cmdExcel);
     filters->addWidget(cmdPrint);
     filters->addWidget(cmdClose);
     auto* box = new QVBoxLayout(this);
@@ -164,6 +161,9 @@ frm_DriverTrend::frm_DriverTrend(QWidget* parent) : Vex_Form(QString::fromLatin1
 
     connect(cmdSearch, &QPushButton::clicked, this, [this] { Search(); });
     connect(cmdClose, &QPushButton::clicked, this, &QWidget::close);
+    connect(cmdExcel, &QPushButton::clicked, this, [this] {
+        Excel_Show(Excel_Driver_Trend(*G().DB, G().App_Dir, rows_, txtFrom->text(), txtTo->text()));
+    });
     connect(cmdPrint, &QPushButton::clicked, this, [this] {
         Cls_Report report;
         Print_Report(this, report, [this](Cls_Report&, Report_Printer& printer) {
@@ -201,11 +201,7 @@ bool frm_DriverTrend::Search()
         const Driver_Month& m = rows_[size_t(r)];
         if (!names.count(m.driver))
             names[m.driver] = Driver_Name_Of(db, m.driver);
-        const QStringList cells = {m.month, m.driver, names[m.driver], QString::number(m.trips),
-                                   QString::number(m.km, 'f', 1), QString::number(m.averageMark, 'f', 1),
-                                   QString::number(m.eventsPer100Km, 'f', 2), QString::number(m.overspeedMinutes, 'f', 0),
-                                   QStringLiteral("%1/%2").arg(m.rank).arg(m.drivers),
-                                   m.change ? QString::asprintf("%+.1f", *m.change) : QStringLiteral("-")};
+        const QStringList cells = Driver_Month_Cells(m, names[m.driver]);
         for (int c = 0; c < cells.size(); ++c)
             Grid->setItem(r, c, new QTableWidgetItem(cells[c]));
     }

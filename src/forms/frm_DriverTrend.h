@@ -24,6 +24,7 @@ public:
     QLineEdit* txtTo;
     QLineEdit* txtDriver;   // empty: every driver
     QPushButton* cmdSearch;
+    QPushButton* cmdExcel;  // the table as a workbook, opened by the desktop's spreadsheet program
     QPushButton* cmdPrint;
     QPushButton* cmdClose;
     QTableWidget* Grid;

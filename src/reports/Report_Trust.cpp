@@ -4,6 +4,7 @@
 #include "core/Messages.h"
 #include "registers/Register_Lookup.h"
 #include "reports/Report_Page.h"
+#include "reports/Excel_Grid.h"
 #include "reports/Report_Printer.h"
 
 namespace vex {
@@ -24,12 +25,40 @@ void Lines(Report_Page& page, float& y, const QStringList& lines)
     }
 }
 
-QString Change_Text(const Driver_Month& m)
+} // namespace
+
+QStringList Driver_Month_Cells(const Driver_Month& m, const QString& name)
 {
-    return m.change ? QString::asprintf("%+.1f", *m.change) : QStringLiteral("-");
+    return {m.month, m.driver, name, QString::number(m.trips), QString::number(m.km, 'f', 1),
+            QString::number(m.averageMark, 'f', 1), QString::number(m.eventsPer100Km, 'f', 2),
+            QString::number(m.overspeedMinutes, 'f', 0), QStringLiteral("%1/%2").arg(m.rank).arg(m.drivers),
+            m.change ? QString::asprintf("%+.1f", *m.change) : QStringLiteral("-")};
 }
 
-} // namespace
+QStringList Driver_Month_Heads()
+{
+    return {Lang_Text(QStringLiteral("월"), QStringLiteral("month")), Lang_Text(QStringLiteral("운전자"), QStringLiteral("driver")),
+            Lang_Text(QStringLiteral("이름"), QStringLiteral("name")), Lang_Text(QStringLiteral("운행"), QStringLiteral("trips")),
+            QStringLiteral("km"), Lang_Text(QStringLiteral("평균 점수"), QStringLiteral("avg mark")),
+            Lang_Text(QStringLiteral("100km당 이벤트"), QStringLiteral("events/100 km")),
+            Lang_Text(QStringLiteral("과속 분"), QStringLiteral("over min")), Lang_Text(QStringLiteral("순위"), QStringLiteral("rank")),
+            Lang_Text(QStringLiteral("변화"), QStringLiteral("change"))};
+}
+
+Excel_Result Excel_Driver_Trend(Cls_DB& db, const QString& appDir, const std::vector<Driver_Month>& rows,
+                                const QString& fromMonth, const QString& toMonth, const QString& out)
+{
+    Excel_Grid grid;
+    grid.templ = QStringLiteral("carcondition.xltx");
+    grid.report = QStringLiteral("drivertrend");
+    grid.title = Lang_Text(QStringLiteral("운전자별 월간 추이"), QStringLiteral("Drivers month by month"));
+    grid.periodLabel = Lang_Text(QStringLiteral("기간"), QStringLiteral("months"));
+    grid.period = fromMonth + QLatin1Char('-') + toMonth;
+    grid.heads = Driver_Month_Heads();
+    for (const Driver_Month& m : rows)
+        grid.rows.push_back(Driver_Month_Cells(m, Driver_Name_Of(db, m.driver)));
+    return Excel_Grid_Export(appDir, grid, out);
+}
 
 bool Report_Mark_Explanation(Report_Printer& printer, Cls_DB& db, const Trip_Explanation& e)
 {
@@ -66,16 +95,7 @@ bool Report_Driver_Trend(Report_Printer& printer, Cls_DB& db, const std::vector<
         y += page.Pitch() * 1.5f;
         const auto edges = Edges(0, page.W(), {0, 0.07f, 0.16f, 0.32f, 0.39f, 0.49f, 0.60f, 0.73f, 0.84f, 0.92f, 1});
         const float h = page.Pitch() * 1.4f;
-        const QStringList head = {Lang_Text(QStringLiteral("월"), QStringLiteral("month")),
-                                  Lang_Text(QStringLiteral("운전자"), QStringLiteral("driver")),
-                                  Lang_Text(QStringLiteral("이름"), QStringLiteral("name")),
-                                  Lang_Text(QStringLiteral("운행"), QStringLiteral("trips")),
-                                  QStringLiteral("km"),
-                                  Lang_Text(QStringLiteral("평균 점수"), QStringLiteral("avg mark")),
-                                  Lang_Text(QStringLiteral("100km당 이벤트"), QStringLiteral("events/100 km")),
-                                  Lang_Text(QStringLiteral("과속 분"), QStringLiteral("over min")),
-                                  Lang_Text(QStringLiteral("순위"), QStringLiteral("rank")),
-                                  Lang_Text(QStringLiteral("변화"), QStringLiteral("change"))};
+        const QStringList head = Driver_Month_Heads();
         page.Row(y, h, edges, head);
         y += h;
         for (const Driver_Month& m : rows) {
@@ -85,11 +105,7 @@ bool Report_Driver_Trend(Report_Printer& printer, Cls_DB& db, const std::vector<
                 page.Row(y, h, edges, head);
                 y += h;
             }
-            page.Row(y, h, edges,
-                     {m.month, m.driver, Driver_Name_Of(db, m.driver), QString::number(m.trips),
-                      QString::number(m.km, 'f', 1), QString::number(m.averageMark, 'f', 1),
-                      QString::number(m.eventsPer100Km, 'f', 2), QString::number(m.overspeedMinutes, 'f', 0),
-                      QStringLiteral("%1/%2").arg(m.rank).arg(m.drivers), Change_Text(m)});
+            page.Row(y, h, edges, Driver_Month_Cells(m, Driver_Name_Of(db, m.driver)));
             y += h;
         }
         ok = page.Finish();

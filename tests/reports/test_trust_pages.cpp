@@ -4,6 +4,7 @@
 #include "support/CliRun.h"
 #include "support/PdfRead.h"
 #include "support/TempApp.h"
+#include "support/XlsxRead.h"
 
 #include <QProcessEnvironment>
 #include <QRegularExpression>
@@ -43,6 +44,14 @@ TEST(TrustPages, TheMarkExplainedAndTheDriversMonthOnPaper)
     EXPECT_EQ(test::Pdf_Page_Size(temp.Path("trend.pdf")), "A4 landscape");
     for (const char* driver : {"000101", "000102", "000201", "000202", "000301", "000302"})
         EXPECT_TRUE(table.contains(driver)) << driver << "\n" << table.toStdString();
+    // The same table as a workbook.
+    ASSERT_EQ(cli({"marks", "trend", "--from", "2610", "--to", "2611", "--out", temp.Path("trend.xlsx")}).code, 0);
+    const test::Xlsx_Sheet sheet = test::Read_Xlsx(temp.Path("trend.xlsx"), "condition");
+    EXPECT_EQ(sheet.Value("A1"), "Drivers month by month");
+    EXPECT_EQ(sheet.Value("B2"), "2610-2611");
+    EXPECT_EQ(sheet.Value("F4"), "avg mark");
+    EXPECT_EQ(sheet.Value("A5"), "2610");
+    EXPECT_EQ(sheet.Value("I10"), "3/3");
     // Drivers take their cars by the week: three drive in October, the other three in November.
     EXPECT_EQ(table.count("/3"), 6) << table.toStdString();
 }
