@@ -74,9 +74,11 @@ Exchange_Report Keep_In_Window(QPushButton* cancel, const Exchange_Progress& sho
 QString Cancelled_Message(const Exchange_Report& r)
 {
     QStringList lines{Lang_Text(QStringLiteral("작업이 취소되었습니다."), QStringLiteral("The work was cancelled."))};
+    // What the step said besides its failure by the cancel ("<routine>: cancelled").
     const QString cancelled = QString::fromUtf8(Job_Cancelled().what());
-    if (!r.message.isEmpty() && !r.message.contains(cancelled))
-        lines << r.message;
+    for (const QString& line : r.message.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        if (!line.endsWith(cancelled))
+            lines << line;
     lines << (r.tables.empty() && r.files.isEmpty()
                   ? Lang_Text(QStringLiteral("변경된 자료가 없습니다."), QStringLiteral("Nothing was changed."))
                   : Lang_Text(QStringLiteral("남은 자료: "), QStringLiteral("What stayed: ")) + r.Text());
