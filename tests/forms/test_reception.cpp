@@ -312,3 +312,32 @@ TEST_F(ReceptionTest, ACancelledReceptionKeepsWhatItStoredAndLeavesTheRestInNew)
     EXPECT_EQ(Days_Of_Car(), 3);
     EXPECT_EQ(waiting(), 0);
 }
+
+TEST_F(ReceptionTest, ACancelBetweenPackDaysStoresNothingAndTheNextReceptionReadsThemAgain)
+{
+    vex::test::Emulator emulator(image_);
+    frmPack_Read1* f = Ready_To_Receive(emulator);
+    ASSERT_NE(f, nullptr);
+    bool pressed = false;
+    Job_Runner::Set_Start_Hook([&](Job_Runner& runner) {
+        QObject::connect(&runner, &Job_Runner::Progress, &runner, [&](const QString& text) {
+            if (pressed || !text.startsWith("read "))
+                return;
+            pressed = true;
+            QTest::mouseClick(f->Cmd_Cancel, Qt::LeftButton);
+        });
+    });
+    msgs.Clear();
+    Press(f->Cmd_Save);
+    Job_Runner::Set_Start_Hook({});
+    ASSERT_TRUE(pressed);
+    EXPECT_TRUE(msgs.Last().startsWith("수신이 취소되었습니다.")) << msgs.Last().toStdString();
+    EXPECT_EQ(Days_Of_Car(), 0);
+
+    // The pack was not marked: the next reception reads every day.
+    Press(f->Cmd_Save);
+    ASSERT_EQ(f->Step(), "수신") << msgs.Last().toStdString();
+    Press(f->Cmd_Save);
+    EXPECT_TRUE(msgs.Last().startsWith("수신완료")) << msgs.Last().toStdString();
+    EXPECT_EQ(Days_Of_Car(), 3);
+}
