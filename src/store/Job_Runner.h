@@ -7,7 +7,8 @@
 // and stays alive meanwhile.
 //
 // A cancel is a flag the work reads between its units (a trip, a day, a
-// file): what was written before stays written.
+// file): what was written before stays written. A routine that knows only a
+// progress callback is stopped through it (Job::Step), as by a failure there.
 #include "core/Err_Proc.h"
 #include "store/DbTarget.h"
 

@@ -9,6 +9,7 @@
 #include "forms/frmDB_Main.h"
 #include "forms/frmPack_export1.h"
 #include "forms/frmReport_Main.h"
+#include "forms/frmReport_Reference.h"
 #include "forms/logic/Nav_Logic.h"
 #include "store/Job_Runner.h"
 #include "support/CliRun.h"
@@ -131,7 +132,7 @@ TEST_F(CancelTest, ABackupCancelledLeavesEveryDayAndNoPackageOrAWholeOne)
     EXPECT_EQ(Days(), 2);
 }
 
-TEST_F(CancelTest, ASpreadsheetCancelledSavesNoFile)
+TEST_F(CancelTest, ASpreadsheetCancelledBetweenItsRowsSavesNoFile)
 {
     Receive_Usb_Days();
     MDIForm_Main* m = Login();
@@ -162,6 +163,22 @@ TEST_F(CancelTest, ASpreadsheetCancelledSavesNoFile)
         EXPECT_TRUE(opened.isEmpty()) << kind;
         EXPECT_TRUE(msgs.Last().startsWith(kCancelled)) << kind << " " << msgs.Last().toStdString();
     }
+
+    // A day list between its rows.
+    m->Run(Tree_Action(35));
+    auto* days = qobject_cast<frmReport_Reference*>(Find_Form("frmReport_Reference"));
+    ASSERT_NE(days, nullptr);
+    days->TDBDate1->setDate(QDate(2026, 1, 1));
+    days->TDBDate2->setDate(QDate(2026, 1, 31));
+    days->TDBCombo1->setCurrentText("12AB00");
+    pressed = false;
+    msgs.Clear();
+    Cancel_At([](const QString&, int percent) { return percent >= 50; },
+              [days] { Press_Dialog_Cancel(days, "Excel_Progress"); });
+    QTest::mouseClick(days->Command1, Qt::LeftButton);
+    ASSERT_TRUE(pressed);
+    EXPECT_TRUE(opened.isEmpty());
+    EXPECT_TRUE(msgs.Last().startsWith(kCancelled)) << msgs.Last().toStdString();
     EXPECT_TRUE(QDir(app.Path("report")).entryList(QDir::Files).isEmpty());
     EXPECT_TRUE(QDir(app.Path("new")).entryList({"12AB00_*"}, QDir::Files | QDir::Hidden).isEmpty());
 }
