@@ -259,9 +259,10 @@ void frmPack_Read1::Receive_Step()
         }, progress, notice, nullptr, Cmd_Cancel);
     }
     if (r.cancelled) {
-        const QString said = Lang_Text(QStringLiteral("수신이 취소되었습니다. 저장된 자료는 남고, 남은 파일은 다음 수신 때 저장됩니다."),
-                                       QStringLiteral("The reception was cancelled. What was stored stays; the files "
-                                                      "not yet stored are taken at the next reception."));
+        const QString said =
+            Lang_Text(QStringLiteral("수신이 취소되었습니다. 저장된 자료는 남고, 남은 파일은 다음 수신 때 저장됩니다."),
+                      QStringLiteral("The reception was cancelled. What was stored stays; the files not yet stored "
+                                     "are taken at the next reception."));
         Label_Result->setText(r.outcome.Summary());
         Msg_Box(said + QLatin1Char('\n') + r.outcome.Summary());
     } else if (r.ok) {

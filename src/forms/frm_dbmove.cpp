@@ -116,9 +116,10 @@ void frm_dbmove::Cmd_Save_Click()
         ProgressBar1->setRange(0, std::max(all, 1));
         ProgressBar1->setValue(done);
     };
-    const Exchange_Report r = Keep_In_Window(Cmd_Cancel, show, [path, option, day](Cls_DB& db, const Exchange_Progress& p) {
-        return Move_From(db, path, option, day, p);
-    });
+    const Exchange_Report r =
+        Keep_In_Window(Cmd_Cancel, show, [path, option, day](Cls_DB& db, const Exchange_Progress& p) {
+            return Move_From(db, path, option, day, p);
+        });
     Cmd_Save->setEnabled(true);
     Msg_Box(r.ok ? r.message + QLatin1Char('\n') + r.Text() : r.message);
     if (r.ok)
