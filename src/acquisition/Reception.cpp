@@ -98,21 +98,34 @@ void Run_Inbox(Cls_DB& db, Reception_Outcome& outcome, const Reception_Progress&
     const int usbBefore = int(usb.stored.size());
     const int files = int(QDir(App_Path(G().App_Dir, QStringLiteral("\\new"))).entryList(QDir::Files | QDir::Hidden).size());
     int done = 0;
-    Inbox_Pass(db, [&](const Inbox_File& f) {
-        if (f.undriven) {
-            outcome.undriven << f.name.mid(8, 6);
-        } else if (f.kind == QLatin1String("Vex") && f.result == 0) {
-            outcome.stored << G().IO->Decoded.Key();
-        } else if (f.kind == QLatin1String("Vex") && f.removed) {
-            outcome.refused << f.name + QStringLiteral(": ") + f.why;
-        } else if (!f.removed && f.result != 0) {
-            outcome.kept << f.name + QStringLiteral(": ") + f.why;
-        }
-        if (each)
-            each(f);
-        if (progress)
-            progress(doneBefore + ++done, doneBefore + files, QStringLiteral("file ") + f.name);
-    });
+    // A progress that throws (a cancel) ends the pass after the file just
+    // taken: the files not yet taken stay in \new for the next reception.
+    struct Pass_Stopped {
+        QString why;
+    };
+    try {
+        Inbox_Pass(db, [&](const Inbox_File& f) {
+            if (f.undriven) {
+                outcome.undriven << f.name.mid(8, 6);
+            } else if (f.kind == QLatin1String("Vex") && f.result == 0) {
+                outcome.stored << G().IO->Decoded.Key();
+            } else if (f.kind == QLatin1String("Vex") && f.removed) {
+                outcome.refused << f.name + QStringLiteral(": ") + f.why;
+            } else if (!f.removed && f.result != 0) {
+                outcome.kept << f.name + QStringLiteral(": ") + f.why;
+            }
+            if (each)
+                each(f);
+            try {
+                if (progress)
+                    progress(doneBefore + ++done, doneBefore + files, QStringLiteral("file ") + f.name);
+            } catch (const std::exception& e) {
+                throw Pass_Stopped{QString::fromUtf8(e.what())};
+            }
+        });
+    } catch (const Pass_Stopped& stopped) {
+        outcome.failure = stopped.why;
+    }
     for (int i = usbBefore; i < usb.stored.size(); ++i)
         if (!outcome.stored.contains(usb.stored[i]))
             outcome.stored << usb.stored[i];
@@ -188,10 +201,19 @@ Reception_Outcome Receive_Usb_Log(Cls_DB& db, const QString& model, const QStrin
     } else if (!state.unsaved.isEmpty()) {
         outcome.failure = LoadResString(kTextUnsaved).arg(state.unsaved.join(QStringLiteral(", ")));
     }
-    if (progress)
-        progress(1, 1, QStringLiteral("read ") + QFileInfo(spdrPath).fileName());
+    // A progress that throws (a cancel) skips the inbox pass: what the log
+    // filed in \new waits there for the next reception.
+    bool goOn = true;
+    try {
+        if (progress)
+            progress(1, 1, QStringLiteral("read ") + QFileInfo(spdrPath).fileName());
+    } catch (const std::exception& e) {
+        outcome.failure = QString::fromUtf8(e.what());
+        goOn = false;
+    }
     // Files of an earlier reception are taken as well.
-    Run_Inbox(db, outcome, progress, 1, each);
+    if (goOn)
+        Run_Inbox(db, outcome, progress, 1, each);
     state = Usb_Reception{};
     return outcome;
 }

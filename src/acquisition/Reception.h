@@ -47,7 +47,8 @@ QString Reception_Precheck(const Cls_DB* db);
 
 // The inbox pass on db, each file's fate into outcome; progress counts the
 // files. each, when set, is told every file as well (the command line
-// prints them).
+// prints them). A progress that throws stops the pass after the file it was
+// told of, its text becoming the outcome's failure.
 void Run_Inbox(Cls_DB& db, Reception_Outcome& outcome, const Reception_Progress& progress = {}, int doneBefore = 0,
                const std::function<void(const Inbox_File&)>& each = {});
 

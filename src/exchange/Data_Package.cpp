@@ -253,6 +253,10 @@ Exchange_Report Export_Package(Cls_DB& live, const Selection& s, const QString& 
     });
     QFile::remove(copy);
     r.ok = ok;
+    if (!ok) { // no package: nothing was exported
+        r.tables.clear();
+        r.files.clear();
+    }
     r.message = ok ? exp + QLatin1Char('/') + name + QStringLiteral(".zip") : QStringLiteral("압축실패");
     return r;
 }
@@ -319,6 +323,12 @@ Exchange_Report Import_Package(Cls_DB& live, const QString& zipOrFolder, bool wi
     }
     QStringList failed;
     for (const QString& zip : packages) {
+        // A progress that fails before a package (a cancel) ends the import
+        // there: that package and those after it are left untouched.
+        if (progress && !Guarded(kErrImport, [&] { progress(QFileInfo(zip).fileName(), 0, 0); })) {
+            failed << Err_Last();
+            break;
+        }
         Exchange_Report one;
         const bool imported = Guarded(kErrImport, [&] { Import_One(live, zip, withSiteTable, one, progress); });
         Merge_Counts(r, one);

@@ -102,17 +102,26 @@ Exchange_Report Backup(Cls_DB& live, const QString& from, const QString& to, con
         r.message = exported.ok ? QStringLiteral("압축실패") : exported.message;
         return r;
     }
-    Stage(QStringLiteral("DB를 삭제합니다"), 13);
-    const Exchange_Report deleted = Delete_Selection(live, all);
+    // The package is whole: a stop from here on keeps it, and the delete
+    // that follows is all or nothing.
+    const Exchange_Report deleted = Delete_Selection(live, all, [&](const QString&, int done, int steps) {
+        Stage(QStringLiteral("DB를 삭제합니다"), 13 + 2 * done / std::max(steps, 1));
+    });
     if (!deleted.ok) {
-        r.message = deleted.message;
+        r.message = zip + QLatin1Char('\n') + deleted.message;
         return r;
     }
-    Stage(QStringLiteral("DB를 최적화를 수행합니다."), 15);
-    const bool compacted = live.Target().engine != Engine::Sqlite
-                               ? Optimise(live).ok
-                               : Guarded(kErrBackup, [&] { live.Execute(QStringLiteral("VACUUM")); });
-    Stage(QString(), 16);
+    // Past the delete the backup has happened: a stop only skips the optimise.
+    const bool compacted = Guarded(kErrBackup, [&] {
+        Stage(QStringLiteral("DB를 최적화를 수행합니다."), 15);
+        if (live.Target().engine != Engine::Sqlite) {
+            if (!Optimise(live).ok)
+                throw RunTimeError(Err_Last());
+        } else {
+            live.Execute(QStringLiteral("VACUUM"));
+        }
+    });
+    Guarded(kErrBackup, [&] { Stage(QString(), 16); });
     r.ok = true;
     r.message = zip + QLatin1Char('\n')
                 + (compacted ? QStringLiteral("최적화가 완료되었읍니다. ")

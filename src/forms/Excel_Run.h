@@ -2,7 +2,8 @@
 // Runs a spreadsheet report from a window as a job on its own connection: a
 // progress dialog stands while it works (the report's own steps when it
 // tells them), the window stays alive, and the result is handed to the user
-// through Excel_Show.
+// through Excel_Show. The dialog's Cancel stops the report at its next step;
+// a cancelled report saves no workbook.
 #include "reports/Excel_Report.h"
 
 #include <functional>

@@ -10,31 +10,79 @@
 
 namespace vex::forms {
 
+namespace {
+
+// Runs the step on runner, which the caller has wired to its progress and
+// cancel, until it ends.
+Exchange_Report Run_Keeping(Job_Runner& runner, Keep_Work work)
+{
+    runner.Start([work = std::move(work)](Job& job) -> std::any {
+        return work(job.Db(), [&job](const QString& stage, int done, int all) { job.Step(stage, done, all); });
+    });
+    const Job_Result& result = runner.Wait_Events();
+    Exchange_Report r;
+    if (result.Ok())
+        r = result.Value<Exchange_Report>();
+    else
+        r.message = result.error;
+    if (result.cancelled && !r.ok)
+        r.message = Cancelled_Message(r);
+    return r;
+}
+
+} // namespace
+
 Exchange_Report Keep_With_Progress(QWidget* parent, const QString& title, Keep_Work work)
 {
-    QProgressDialog dialog(title, QString(), 0, 1, parent);
+    QProgressDialog dialog(title, LoadResString(506), 0, 1, parent);
     dialog.setObjectName(QStringLiteral("Keep_Progress"));
     dialog.setWindowTitle(title);
     dialog.setWindowModality(Qt::WindowModal);
     dialog.setMinimumDuration(0);
     dialog.setValue(0);
     Job_Runner runner(G().DB->Target());
+    QObject::connect(&dialog, &QProgressDialog::canceled, &runner, &Job_Runner::Cancel);
     QObject::connect(&runner, &Job_Runner::Progress, &dialog, [&](const QString& stage, int done, int all) {
+        if (dialog.wasCanceled())
+            return;
         if (!stage.isEmpty())
             dialog.setLabelText(title + QLatin1Char('\n') + stage);
         dialog.setMaximum(std::max(all, 1));
-        dialog.setValue(std::min(done, std::max(all, 1)));
+        dialog.setValue(std::min(done, std::max(all, 1) - 1)); // the full bar would close the dialog and its Cancel
     });
-    runner.Start([work = std::move(work)](Job& job) -> std::any {
-        return work(job.Db(), [&job](const QString& stage, int done, int all) { job.Progress(stage, done, all); });
+    Exchange_Report r = Run_Keeping(runner, std::move(work));
+    dialog.reset();
+    return r;
+}
+
+Exchange_Report Keep_In_Window(QPushButton* cancel, const Exchange_Progress& show, Keep_Work work)
+{
+    Job_Runner runner(G().DB->Target());
+    QObject::connect(&runner, &Job_Runner::Progress, cancel, show);
+    const QMetaObject::Connection pressed = QObject::connect(cancel, &QPushButton::clicked, &runner, [&] {
+        runner.Cancel();
+        cancel->setEnabled(false);
     });
-    const Job_Result& result = runner.Wait_Events();
-    dialog.setValue(dialog.maximum());
-    if (result.Ok())
-        return result.Value<Exchange_Report>();
-    Exchange_Report failed;
-    failed.message = result.error;
-    return failed;
+    cancel->setEnabled(true);
+    cancel->show();
+    Exchange_Report r = Run_Keeping(runner, std::move(work));
+    cancel->hide();
+    QObject::disconnect(pressed);
+    return r;
+}
+
+QString Cancelled_Message(const Exchange_Report& r)
+{
+    QStringList lines{Lang_Text(QStringLiteral("작업이 취소되었습니다."), QStringLiteral("The work was cancelled."))};
+    // What the step said besides its failure by the cancel ("<routine>: cancelled").
+    const QString cancelled = QString::fromUtf8(Job_Cancelled().what());
+    for (const QString& line : r.message.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        if (!line.endsWith(cancelled))
+            lines << line;
+    lines << (r.tables.empty() && r.files.isEmpty()
+                  ? Lang_Text(QStringLiteral("변경된 자료가 없습니다."), QStringLiteral("Nothing was changed."))
+                  : Lang_Text(QStringLiteral("남은 자료: "), QStringLiteral("What stayed: ")) + r.Text());
+    return lines.join(QLatin1Char('\n'));
 }
 
 QString Days_To_Delete(const vex::Selection& s)

@@ -70,13 +70,6 @@ Operation_View::Operation_View(const char* name, bool hour, const std::vector<in
     Label1->setObjectName(QStringLiteral("Label1"));
     top->addSpacing(12);
     top->addWidget(Label1);
-    cmdNotes = new QPushButton(this);
-    cmdNotes->setObjectName(QStringLiteral("cmdNotes"));
-    cmdNotes->setFlat(true);
-    cmdNotes->setFocusPolicy(Qt::NoFocus);
-    cmdNotes->setStyleSheet(QStringLiteral("color: #b00000"));
-    cmdNotes->hide();
-    top->addWidget(cmdNotes);
     top->addStretch();
     Command2 = new QPushButton(this);
     Command2->setObjectName(QStringLiteral("Command2"));
@@ -106,6 +99,20 @@ Operation_View::Operation_View(const char* name, bool hour, const std::vector<in
         grid->addWidget(caption, i / 4, (i % 4) * 2);
         grid->addWidget(field, i / 4, (i % 4) * 2 + 1);
     }
+    // The mark of a day with notes takes the free cells after the last
+    // field and stands there empty on a day without: its text never moves
+    // the layout, so neither the picture nor the cursor changes with it.
+    cmdNotes = new QPushButton(this);
+    cmdNotes->setObjectName(QStringLiteral("cmdNotes"));
+    cmdNotes->setFlat(true);
+    cmdNotes->setFocusPolicy(Qt::NoFocus);
+    cmdNotes->setEnabled(false);
+    cmdNotes->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    if (!TDBText1.empty())
+        cmdNotes->setFixedHeight(TDBText1.front()->sizeHint().height());
+    cmdNotes->setStyleSheet(QStringLiteral("color: #b00000; text-align: left"));
+    const int column = (fields % 4) * 2;
+    grid->addWidget(cmdNotes, fields / 4, column, 1, 8 - column);
     auto* box = new QVBoxLayout(this);
     box->addLayout(top);
     box->addWidget(Picture2, 1);
@@ -255,13 +262,15 @@ void Operation_View::Show_Notes(const QString& car, const QString& driver, const
 {
     const QString key = car + driver + day;
     const std::vector<Finding> notes = G().DB ? Notes_Of_Day(*G().DB, key) : std::vector<Finding>{};
-    cmdNotes->setVisible(!notes.empty());
-    if (notes.empty())
-        return;
-    cmdNotes->setText(Lang_Text(QStringLiteral("⚠ 참고 사항 %1건"), QStringLiteral("⚠ %1 notes")).arg(notes.size()));
-    cmdNotes->setMinimumWidth(cmdNotes->sizeHint().width());
-    cmdNotes->setToolTip(Finding_Text(notes.front()));
+    cmdNotes->setEnabled(!notes.empty());
     cmdNotes->disconnect();
+    if (notes.empty()) {
+        cmdNotes->setText(QString());
+        cmdNotes->setToolTip(QString());
+        return;
+    }
+    cmdNotes->setText(Lang_Text(QStringLiteral("⚠ 참고 사항 %1건"), QStringLiteral("⚠ %1 notes")).arg(notes.size()));
+    cmdNotes->setToolTip(Finding_Text(notes.front()));
     connect(cmdNotes, &QPushButton::clicked, this, [this, key] { Open<frm_Ledger>(parentWidget(), this)->Show_Day(key); });
 }
 

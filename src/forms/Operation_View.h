@@ -33,7 +33,7 @@ public:
     QPushButton* Command2;            // the other view
     QPushButton* Command3;            // close
     QPushButton* Command5;            // preview
-    QPushButton* cmdNotes;            // the day's notes in the ledger, shown when it has any
+    QPushButton* cmdNotes;            // the day's notes in the ledger; empty and disabled on a day without
 
     Operation_Graph& Graph_State() { return og_; }
     // Cursor X (twips of the picture) and the point under it.

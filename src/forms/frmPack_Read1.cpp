@@ -85,6 +85,9 @@ frmPack_Read1::frmPack_Read1(QWidget* parent) : Vex_Form(QString::fromLatin1(kNa
     Cmd2->setObjectName(QStringLiteral("Cmd2"));
     Command1 = new QPushButton(LoadResString(504), this);
     Command1->setObjectName(QStringLiteral("Command1"));
+    Cmd_Cancel = new QPushButton(LoadResString(506), this);
+    Cmd_Cancel->setObjectName(QStringLiteral("Cmd_Cancel"));
+    Cmd_Cancel->hide();
     connect(Cmd_Save, &QPushButton::clicked, this, &frmPack_Read1::Cmd_Save_Click);
     connect(Command3, &QPushButton::clicked, this, &frmPack_Read1::Command3_Click);
     connect(Cmd2, &QPushButton::clicked, this, &frmPack_Read1::Cmd2_Click);
@@ -112,6 +115,7 @@ frmPack_Read1::frmPack_Read1(QWidget* parent) : Vex_Form(QString::fromLatin1(kNa
     buttons->addWidget(Command3);
     buttons->addStretch();
     buttons->addWidget(Cmd_Save);
+    buttons->addWidget(Cmd_Cancel);
     buttons->addWidget(Command1);
     auto* box = new QVBoxLayout(this);
     box->addWidget(sourceBox);
@@ -242,18 +246,26 @@ void frmPack_Read1::Receive_Step()
                 Pack_Read read = Pack_Read_Step(range, from, to, told);
                 if (G().IO)
                     G().IO->Message = nullptr;
-                if (read.inboxDue)
+                // Cancelled between days: the days read wait in \new.
+                if (read.inboxDue && !job.Cancelled())
                     Run_Inbox(job.Db(), read.receive.outcome, told, read.daysRead);
                 return read.receive;
             },
-            progress, notice, G().Port.get());
+            progress, notice, G().Port.get(), Cmd_Cancel);
     } else {
         const QString source = source_, root = root_;
         r = Reception_Job([&](Job& job, const Reception_Progress& told) {
             return Usb_Receive_Step(job.Db(), source, root, range, from, to, told);
-        }, progress, notice);
+        }, progress, notice, nullptr, Cmd_Cancel);
     }
-    if (r.ok) {
+    if (r.cancelled) {
+        const QString said =
+            Lang_Text(QStringLiteral("수신이 취소되었습니다. 저장된 자료는 남고, 남은 파일은 다음 수신 때 저장됩니다."),
+                      QStringLiteral("The reception was cancelled. What was stored stays; the files not yet stored "
+                                     "are taken at the next reception."));
+        Label_Result->setText(r.outcome.Summary());
+        Msg_Box(said + QLatin1Char('\n') + r.outcome.Summary());
+    } else if (r.ok) {
         ProgressBar1->setValue(ProgressBar1->maximum());
         Label_Result->setText(r.outcome.Summary());
         Msg_Box(r.message + QLatin1Char('\n') + r.outcome.Summary());

@@ -33,6 +33,7 @@ public:
     QPushButton* Command3;     // connect analyzer
     QPushButton* Cmd2;         // pack folder
     QPushButton* Command1;     // close
+    QPushButton* Cmd_Cancel;   // stops the running reception; shown only while it runs
 
     const QString& Source() const { return source_; }
     bool Busy() const { return busy_; }

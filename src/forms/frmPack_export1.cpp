@@ -3,9 +3,9 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "exchange/Db_Keeping.h"
+#include "forms/Keep_Progress.h"
 #include "forms/Msg_Box.h"
 #include "store/Cls_DB.h"
-#include "store/Job_Runner.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -41,6 +41,9 @@ frmPack_export1::frmPack_export1(QWidget* parent) : Vex_Form(QString::fromLatin1
     Cmd_Save->setObjectName(QStringLiteral("Cmd_Save"));
     Cmd_Close = new QPushButton(LoadResString(504), this);
     Cmd_Close->setObjectName(QStringLiteral("Cmd_Close"));
+    Cmd_Cancel = new QPushButton(LoadResString(506), this);
+    Cmd_Cancel->setObjectName(QStringLiteral("Cmd_Cancel"));
+    Cmd_Cancel->hide();
     connect(Cmd_Save, &QPushButton::clicked, this, &frmPack_export1::Cmd_Save_Click);
     connect(Cmd_Close, &QPushButton::clicked, this, &QWidget::close);
 
@@ -60,6 +63,7 @@ frmPack_export1::frmPack_export1(QWidget* parent) : Vex_Form(QString::fromLatin1
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(Cmd_Save);
+    buttons->addWidget(Cmd_Cancel);
     buttons->addWidget(Cmd_Close);
     auto* box = new QVBoxLayout(this);
     box->addLayout(grid);
@@ -76,23 +80,15 @@ void frmPack_export1::Cmd_Save_Click()
     if (from > to || !G().DB)
         return;
     Cmd_Save->setEnabled(false);
-    Job_Runner runner(G().DB->Target());
-    connect(&runner, &Job_Runner::Progress, this, [this](const QString& stage, int done, int all) {
+    const auto show = [this](const QString& stage, int done, int all) {
         if (!stage.isEmpty())
             Label1->setText(stage);
         ProgressBar1->setRange(0, all);
         ProgressBar1->setValue(done);
+    };
+    const Exchange_Report r = Keep_In_Window(Cmd_Cancel, show, [from, to](Cls_DB& db, const Exchange_Progress& p) {
+        return Backup(db, from, to, p);
     });
-    runner.Start([from, to](Job& job) -> std::any {
-        return Backup(job.Db(), from, to,
-                      [&job](const QString& stage, int done, int all) { job.Progress(stage, done, all); });
-    });
-    const Job_Result& done = runner.Wait_Events();
-    Exchange_Report r;
-    if (done.Ok())
-        r = done.Value<Exchange_Report>();
-    else
-        r.message = done.error;
     Cmd_Save->setEnabled(true);
     Label1->setText(r.message);
     Msg_Box(r.message);

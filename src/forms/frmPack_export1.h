@@ -21,6 +21,7 @@ public:
     QProgressBar* ProgressBar1;
     QPushButton* Cmd_Save;
     QPushButton* Cmd_Close;
+    QPushButton* Cmd_Cancel; // stops the running step; shown only while it runs
 
     void Cmd_Save_Click();
 };

@@ -3,9 +3,9 @@
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
 #include "exchange/Db_Keeping.h"
+#include "forms/Keep_Progress.h"
 #include "forms/Msg_Box.h"
 #include "store/Cls_DB.h"
-#include "store/Job_Runner.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -66,6 +66,9 @@ frm_dbmove::frm_dbmove(QWidget* parent) : Vex_Form(QString::fromLatin1(kName), p
     Cmd_Save->setObjectName(QStringLiteral("Cmd_Save"));
     Cmd_Close = new QPushButton(LoadResString(504), this);
     Cmd_Close->setObjectName(QStringLiteral("Cmd_Close"));
+    Cmd_Cancel = new QPushButton(LoadResString(506), this);
+    Cmd_Cancel->setObjectName(QStringLiteral("Cmd_Cancel"));
+    Cmd_Cancel->hide();
     connect(Cmd2, &QPushButton::clicked, this, [this] {
         const QString f = QFileDialog::getOpenFileName(this, windowTitle(), QFileInfo(Text_Path->text()).absolutePath(),
                                                        QStringLiteral("mdbfile (*.mdb)"));
@@ -85,6 +88,7 @@ frm_dbmove::frm_dbmove(QWidget* parent) : Vex_Form(QString::fromLatin1(kName), p
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(Cmd_Save);
+    buttons->addWidget(Cmd_Cancel);
     buttons->addWidget(Cmd_Close);
     auto* box = new QVBoxLayout(this);
     box->addLayout(grid);
@@ -108,21 +112,14 @@ void frm_dbmove::Cmd_Save_Click()
     Cmd_Save->setEnabled(false);
     const QString path = Text_Path->text(), day = TDBDate1->date().toString(QStringLiteral("yyMMdd"));
     const int option = Option();
-    Job_Runner runner(G().DB->Target());
-    connect(&runner, &Job_Runner::Progress, this, [this](const QString&, int done, int all) {
+    const auto show = [this](const QString&, int done, int all) {
         ProgressBar1->setRange(0, std::max(all, 1));
         ProgressBar1->setValue(done);
-    });
-    runner.Start([path, option, day](Job& job) -> std::any {
-        return Move_From(job.Db(), path, option, day,
-                         [&job](const QString& stage, int done, int all) { job.Progress(stage, done, all); });
-    });
-    const Job_Result& done = runner.Wait_Events();
-    Exchange_Report r;
-    if (done.Ok())
-        r = done.Value<Exchange_Report>();
-    else
-        r.message = done.error;
+    };
+    const Exchange_Report r =
+        Keep_In_Window(Cmd_Cancel, show, [path, option, day](Cls_DB& db, const Exchange_Progress& p) {
+            return Move_From(db, path, option, day, p);
+        });
     Cmd_Save->setEnabled(true);
     Msg_Box(r.ok ? r.message + QLatin1Char('\n') + r.Text() : r.message);
     if (r.ok)

@@ -24,6 +24,7 @@ public:
     QPushButton* Cmd2;         // another path
     QPushButton* Cmd_Save;
     QPushButton* Cmd_Close;
+    QPushButton* Cmd_Cancel; // stops the running step; shown only while it runs
 
     int Option() const;
     void Cmd_Save_Click();

@@ -64,6 +64,7 @@ Excel_Result Day_Rows(Cls_DB& db, const QString& appDir, const Excel_Selection& 
 
     int row = kRecordRow;
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext(), ++row) {
+        Tell_Rows(sel, row - kRecordRow, rs.RecordCount());
         book.Copy_Row_Format(kRecordRow, row);
         book.Set_Text(1, row, Date_Dash(rs.Text(QStringLiteral("D_F4"))));
         book.Set_Text(2, row, rs.Text(allCars ? QStringLiteral("D_F2") : QStringLiteral("D_F3")));

@@ -37,6 +37,7 @@ Excel_Result Driver_Days(Cls_DB& db, const QString& appDir, const Excel_Selectio
 
     int row = kRecordRow;
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext(), ++row) {
+        Tell_Rows(sel, row - kRecordRow, rs.RecordCount());
         auto N = [&](const char* f) { return rs.Field(QLatin1String(f)).toDouble(); };
         book.Copy_Row_Format(kRecordRow, row);
         book.Set_Text(1, row, Date_Dash(rs.Text(QStringLiteral("D_F4"))));

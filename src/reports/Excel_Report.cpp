@@ -45,6 +45,12 @@ Excel_Result Missing_Template(bool sayIt, int16_t errCode, const QString& why)
     return r;
 }
 
+void Tell_Rows(const Excel_Selection& sel, int done, int all)
+{
+    if (sel.progress)
+        sel.progress(all > 0 ? done * 100 / all : 0, QStringLiteral("%1 / %2").arg(done).arg(all));
+}
+
 Excel_Result Save(Xlsx_Book& book, const QString& path, int16_t errCode)
 {
     Excel_Result r;

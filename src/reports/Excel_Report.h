@@ -82,6 +82,9 @@ Excel_Result Trapped(int16_t errCode, Body&& body)
         return Failed(errCode, QString::fromUtf8(e.what()));
     }
 }
+// A row loop's step: sel.progress told the share of rows done (the row
+// count as its word), where a cancel may stop the report before it saves.
+void Tell_Rows(const Excel_Selection& sel, int done, int all);
 QString Car_Name(Cls_DB& db, const QString& car);   // S_D1.D_F2, else D_F3
 QString Driver_Name(Cls_DB& db, const QString& driver); // S_D2.D_F2; empty without a row
 QString Hh_Mm(const QString& hhmm);                  // "0932" -> "09:32"

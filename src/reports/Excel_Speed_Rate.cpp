@@ -40,7 +40,9 @@ Excel_Result Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection
 
     std::array<int, kClasses> minutes{};
     std::array<double, kClasses> km{};
+    int done = 0;
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
+        Tell_Rows(sel, done++, rs.RecordCount());
         std::array<int16_t, 1441> speed{};
         std::array<float, 1441> cumulative{};
         Decode_Minute_Speed(rs.Text(QStringLiteral("D_F2")), speed, kErrCode);

@@ -150,7 +150,9 @@ Excel_Result Totals_Report(const Layout& k, Cls_DB& db, const QString& appDir, c
 
     std::vector<Totals> rows;
     const QString codeField = k.byDriver ? QStringLiteral("D_F3") : QStringLiteral("D_F2");
+    int done = 0;
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
+        Tell_Rows(sel, done++, rs.RecordCount());
         if (rows.empty() || rows.back().code != rs.Text(codeField)) {
             rows.emplace_back();
             rows.back().code = rs.Text(codeField);

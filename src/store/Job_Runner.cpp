@@ -1,6 +1,6 @@
 #include "store/Job_Runner.h"
 
-#include "core/Err_Proc.h"
+#include "core/Messages.h"
 #include "store/Cls_DB.h"
 
 #include <QCoreApplication>
@@ -8,6 +8,11 @@
 #include <QThread>
 
 namespace vex {
+
+Job_Cancelled::Job_Cancelled()
+    : RunTimeError(Lang_Text(QStringLiteral("취소되었습니다"), QStringLiteral("cancelled")))
+{
+}
 
 Cls_DB& Job::Db()
 {
@@ -23,9 +28,33 @@ void Job::Progress(const QString& text, int done, int all)
         runner, [runner, text, done, all] { emit runner->Progress(text, done, all); }, Qt::QueuedConnection);
 }
 
+void Job::Step(const QString& text, int done, int all)
+{
+    Job_Runner* runner = &runner_;
+    QMetaObject::invokeMethod(
+        runner, [runner, text, done, all] { emit runner->Progress(text, done, all); }, Qt::BlockingQueuedConnection);
+    if (Cancelled())
+        throw Job_Cancelled();
+}
+
 void Job::On_Caller(const std::function<void()>& f)
 {
     QMetaObject::invokeMethod(&runner_, f, Qt::BlockingQueuedConnection);
+}
+
+namespace {
+
+std::function<void(Job_Runner&)>& Start_Hook()
+{
+    static std::function<void(Job_Runner&)> hook;
+    return hook;
+}
+
+} // namespace
+
+void Job_Runner::Set_Start_Hook(std::function<void(Job_Runner&)> hook)
+{
+    Start_Hook() = std::move(hook);
 }
 
 Job_Runner::Job_Runner(QObject* parent) : QObject(parent) {}
@@ -51,6 +80,8 @@ bool Job_Runner::Start(Work work, QObject* lent)
     thread_.reset(QThread::create([this, work = std::move(work), lent] { Run(work, lent); }));
     if (lent)
         lent->moveToThread(thread_.get());
+    if (Start_Hook())
+        Start_Hook()(*this);
     thread_->start();
     return true;
 }

@@ -7,7 +7,9 @@
 // and stays alive meanwhile.
 //
 // A cancel is a flag the work reads between its units (a trip, a day, a
-// file): what was written before stays written.
+// file): what was written before stays written. A routine that knows only a
+// progress callback is stopped through it (Job::Step), as by a failure there.
+#include "core/Err_Proc.h"
 #include "store/DbTarget.h"
 
 #include <QObject>
@@ -25,6 +27,13 @@ namespace vex {
 class Cls_DB;
 class Job_Runner;
 
+// What Job::Step throws once the caller has asked to stop: a routine ends
+// there as on any run-time error of its own, with what that leaves.
+class Job_Cancelled : public RunTimeError {
+public:
+    Job_Cancelled();
+};
+
 // What the work sees of its runner.
 class Job {
 public:
@@ -37,6 +46,11 @@ public:
     // Told on the caller's thread as the runner's Progress signal: a stage
     // text (may be empty), units done of all (all 0 when not counted).
     void Progress(const QString& text, int done = 0, int all = 0);
+    // A safe point of a routine that stops by failing: tells progress as
+    // Progress does, waits until the caller has taken it (so a Cancel pressed
+    // on it is seen here, not a few units later), then throws Job_Cancelled
+    // when cancel was asked. Only while the caller waits with Wait_Events.
+    void Step(const QString& text, int done = 0, int all = 0);
     // Runs f on the caller's thread and returns once it has run: a message
     // box the work must wait for. Only while the caller waits with
     // Wait_Events (a blocked caller would never run it).
@@ -82,6 +96,9 @@ public:
     // here after it; it must have no parent.
     bool Start(Work work, QObject* lent = nullptr);
     void Cancel() { cancel_ = true; }
+    // Told of every job as it starts, on the caller's thread: a test follows
+    // a job's progress and cancels it at a point of its choosing. Empty: none.
+    static void Set_Start_Hook(std::function<void(Job_Runner&)> hook);
     // Started and its Finished not yet delivered.
     bool Running() const { return running_; }
 

@@ -6,11 +6,14 @@
 #include "core/Messages.h"
 #include "forms/frmPack_Read1.h"
 #include "forms/logic/Reception_Logic.h"
+#include "platform/AppFolder.h"
+#include "store/Job_Runner.h"
 #include "support/CliRun.h"
 #include "support/Emulator.h"
 
 #include <algorithm>
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -267,4 +270,74 @@ TEST_F(ReceptionTest, AUsbMediumIsStoredBehindTheWindowsProgress)
     EXPECT_GE(values.size(), 2u);
     EXPECT_EQ(f->ProgressBar1->value(), f->ProgressBar1->maximum());
     EXPECT_EQ(f->Step(), "정보보기");
+}
+
+TEST_F(ReceptionTest, ACancelledReceptionKeepsWhatItStoredAndLeavesTheRestInNew)
+{
+    vex::test::Emulator emulator(image_);
+    frmPack_Read1* f = Ready_To_Receive(emulator);
+    ASSERT_NE(f, nullptr);
+    EXPECT_FALSE(f->Cmd_Cancel->isVisible());
+    const QDir inbox(App_Path(G().App_Dir, "\\new"));
+    const auto waiting = [&] { return inbox.entryList({"*.vex"}, QDir::Files).size(); };
+
+    // The three days read into \new; Cancel once the first of them is stored.
+    bool pressed = false;
+    qsizetype leftThen = -1;
+    Job_Runner::Set_Start_Hook([&](Job_Runner& runner) {
+        QObject::connect(&runner, &Job_Runner::Progress, &runner, [&](const QString& text) {
+            if (pressed || !text.startsWith("file "))
+                return;
+            pressed = true;
+            leftThen = waiting();
+            EXPECT_TRUE(f->Cmd_Cancel->isVisible());
+            QTest::mouseClick(f->Cmd_Cancel, Qt::LeftButton);
+        });
+    });
+    msgs.Clear();
+    Press(f->Cmd_Save);
+    Job_Runner::Set_Start_Hook({});
+    ASSERT_TRUE(pressed);
+    EXPECT_EQ(leftThen, 2);
+    EXPECT_EQ(Days_Of_Car(), 1);
+    EXPECT_EQ(waiting(), 2);
+    EXPECT_TRUE(msgs.Last().startsWith("수신이 취소되었습니다.")) << msgs.Last().toStdString();
+    EXPECT_TRUE(msgs.Last().contains(LoadResString(5001).arg(1))) << msgs.Last().toStdString();
+    EXPECT_FALSE(f->Cmd_Cancel->isVisible());
+    EXPECT_EQ(f->Step(), "정보보기");
+
+    // The next pass takes the files left.
+    Reception_Outcome next;
+    Run_Inbox(*G().DB, next);
+    EXPECT_EQ(Days_Of_Car(), 3);
+    EXPECT_EQ(waiting(), 0);
+}
+
+TEST_F(ReceptionTest, ACancelBetweenPackDaysStoresNothingAndTheNextReceptionReadsThemAgain)
+{
+    vex::test::Emulator emulator(image_);
+    frmPack_Read1* f = Ready_To_Receive(emulator);
+    ASSERT_NE(f, nullptr);
+    bool pressed = false;
+    Job_Runner::Set_Start_Hook([&](Job_Runner& runner) {
+        QObject::connect(&runner, &Job_Runner::Progress, &runner, [&](const QString& text) {
+            if (pressed || !text.startsWith("read "))
+                return;
+            pressed = true;
+            QTest::mouseClick(f->Cmd_Cancel, Qt::LeftButton);
+        });
+    });
+    msgs.Clear();
+    Press(f->Cmd_Save);
+    Job_Runner::Set_Start_Hook({});
+    ASSERT_TRUE(pressed);
+    EXPECT_TRUE(msgs.Last().startsWith("수신이 취소되었습니다.")) << msgs.Last().toStdString();
+    EXPECT_EQ(Days_Of_Car(), 0);
+
+    // The pack was not marked: the next reception reads every day.
+    Press(f->Cmd_Save);
+    ASSERT_EQ(f->Step(), "수신") << msgs.Last().toStdString();
+    Press(f->Cmd_Save);
+    EXPECT_TRUE(msgs.Last().startsWith("수신완료")) << msgs.Last().toStdString();
+    EXPECT_EQ(Days_Of_Car(), 3);
 }

@@ -64,7 +64,7 @@ TEST_F(TrustForms, NotesOfASlippingSensorAndAMarkExplainedToItsStoredValue)
     ASSERT_NE(day, nullptr);
     EXPECT_EQ(day->Start_Date(), "261103");
     // The day's graph carries the mark of its notes.
-    EXPECT_TRUE(day->cmdNotes->isVisibleTo(day));
+    EXPECT_TRUE(day->cmdNotes->isEnabled());
     EXPECT_EQ(day->cmdNotes->text(), "⚠ 참고 사항 1건");
     EXPECT_TRUE(day->cmdNotes->toolTip().contains("분당 거리 127.8 km")) << day->cmdNotes->toolTip().toStdString();
     Shoot(day, "day_graph_with_notes.png");

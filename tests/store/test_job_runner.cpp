@@ -106,6 +106,28 @@ TEST_P(JobRunner, ACancelStopsBetweenUnitsAndKeepsWhatWasWritten)
     EXPECT_TRUE(sawCancel);
 }
 
+TEST_P(JobRunner, AStepCancelledOnItsProgressThrowsBeforeTheNextUnit)
+{
+    // Step waits until its progress has been shown: the cancel given there
+    // is seen by that very step, with no handshake of the work's own.
+    Job_Runner runner(db->Target());
+    QObject::connect(&runner, &Job_Runner::Progress, [&](const QString&, int done, int) {
+        if (done == 2)
+            runner.Cancel();
+    });
+    runner.Start([&](Job& job) -> std::any {
+        for (int i = 0; i < 10; ++i) {
+            job.Db().Register_Driver(Driver(i));
+            job.Step({}, i + 1, 10);
+        }
+        return 10;
+    });
+    const Job_Result& r = runner.Wait_Events();
+    EXPECT_TRUE(r.cancelled);
+    EXPECT_EQ(r.error, QString::fromUtf8(Job_Cancelled().what()));
+    EXPECT_EQ(Rows("S_D2"), 2);
+}
+
 TEST_P(JobRunner, AFailureOfTheWorkOrOfItsConnectionReachesTheResult)
 {
     Job_Runner runner(db->Target());

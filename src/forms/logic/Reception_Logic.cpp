@@ -15,6 +15,8 @@
 #include "store/Cls_DB.h"
 #include "store/Job_Runner.h"
 
+#include <QPushButton>
+
 namespace vex::forms {
 
 QString Dashed_Day(const QString& yymmdd)
@@ -180,7 +182,7 @@ Pack_Receive Usb_Receive_Step(Cls_DB& db, const QString& source, const QString& 
 }
 
 Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress& progress,
-                           const std::function<void(const QString&)>& notice, AnalyzerPort* port)
+                           const std::function<void(const QString&)>& notice, AnalyzerPort* port, QPushButton* cancel)
 {
     if (!G().DB) {
         Pack_Receive r;
@@ -195,16 +197,28 @@ Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress&
         else if (all == 0 && notice)
             notice(text);
     });
+    if (cancel) {
+        QObject::connect(cancel, &QPushButton::clicked, &runner, [&] {
+            runner.Cancel();
+            cancel->setEnabled(false);
+        });
+        cancel->setEnabled(true);
+        cancel->show();
+    }
     runner.Start([work](Job& job) -> std::any {
         job.Db().Wait_Notice = [&job](const QString& text) { job.Progress(text); };
-        return work(job, [&job](int done, int all, const QString& what) { job.Progress(what, done, std::max(all, 1)); });
+        return work(job, [&job](int done, int all, const QString& what) { job.Step(what, done, std::max(all, 1)); });
     }, port ? port->Device() : nullptr);
     const Job_Result& done = runner.Wait_Events();
+    if (cancel)
+        cancel->hide();
+    Pack_Receive r;
     if (done.Ok())
-        return done.Value<Pack_Receive>();
-    Pack_Receive failed;
-    failed.message = done.error;
-    return failed;
+        r = done.Value<Pack_Receive>();
+    else
+        r.message = done.error;
+    r.cancelled = done.cancelled;
+    return r;
 }
 
 } // namespace vex::forms

@@ -18,6 +18,8 @@ class Cls_DB;
 class SerialPort;
 }
 
+class QPushButton;
+
 namespace vex::forms {
 
 // The serial port of the main window and the link over it, for the whole
@@ -47,6 +49,7 @@ struct Pack_Receive {
     bool ok = false;            // the step ran to its end ("수신완료")
     QString message;            // the refusal, or "수신완료"
     Reception_Outcome outcome;  // what it stored, skipped and kept
+    bool cancelled = false;     // the user stopped it; what was stored stays
 };
 struct Pack_Read {
     Pack_Receive receive;  // ok once the analyzer had a pack
@@ -83,8 +86,11 @@ Pack_Receive Usb_Receive_Step(Cls_DB& db, const QString& source, const QString& 
 // (job.Db()), this thread's events running meanwhile. progress, and notice
 // with the waits of its writes for another program, are told on this
 // thread. port, the analyzer's when the job talks to it, is lent to the job.
+// cancel, when given, stops the job at its next progress: between days read
+// from the pack, between files of the inbox pass.
 using Reception_Work = std::function<Pack_Receive(Job& job, const Reception_Progress& progress)>;
 Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress& progress = {},
-                           const std::function<void(const QString&)>& notice = {}, AnalyzerPort* port = nullptr);
+                           const std::function<void(const QString&)>& notice = {}, AnalyzerPort* port = nullptr,
+                           QPushButton* cancel = nullptr);
 
 } // namespace vex::forms
