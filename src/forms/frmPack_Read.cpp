@@ -9,6 +9,7 @@
 #include "forms/logic/Usb_Drives.h"
 #include "store/Job_Runner.h"
 
+#include <QDir>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -83,11 +84,13 @@ void frmPack_Read::Cmd_Save_Click()
     }
     const QString model = model_, root = root_;
     const QDate from = TDBDate1[0]->date(), to = TDBDate1[1]->date();
-    const Pack_Receive r = Reception_Job([&](Job& job, const Reception_Progress&) {
+    const QString medium = QStringLiteral("medium %1, model %2, car %3, driver %4")
+                               .arg(QDir::toNativeSeparators(root), model, master->car, master->driver);
+    const Pack_Receive r = Reception_Job(Ledger_Road::Usb, medium, [&](Job& job, const Reception_Progress&) {
         return Usb_Receive_Step(job.Db(), model, root, true, from, to);
     });
     Msg_Box((r.ok ? QStringLiteral("수신 완료") : QStringLiteral("수신 에러")) + QLatin1Char('\n') +
-            (r.ok ? r.outcome.Summary() : r.message));
+            (r.ok ? r.outcome.Summary() + (r.ledger.isEmpty() ? QString() : QLatin1Char('\n') + r.ledger) : r.message));
 }
 
 } // namespace vex::forms

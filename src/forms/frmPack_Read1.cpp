@@ -239,7 +239,11 @@ void frmPack_Read1::Receive_Step()
     if (source_ == QLatin1String("pack")) {
         // The analyzer's port is lent to the job; a box of the pack routines
         // comes here while the job waits for it.
+        const QString pack = QStringLiteral("port %1, pack of car %2")
+                                 .arg(G().Port ? G().Port->portNumber() : 0)
+                                 .arg(Text2->text());
         r = Reception_Job(
+            Ledger_Road::Pack, pack,
             [&](Job& job, const Reception_Progress& told) {
                 if (G().IO)
                     G().IO->Message = [&job](int id) { job.On_Caller([id] { Msg_Box(id); }); };
@@ -254,7 +258,9 @@ void frmPack_Read1::Receive_Step()
             progress, notice, G().Port.get(), Cmd_Cancel);
     } else {
         const QString source = source_, root = root_;
-        r = Reception_Job([&](Job& job, const Reception_Progress& told) {
+        const QString medium = QStringLiteral("medium %1, model %2, car %3")
+                                   .arg(QDir::toNativeSeparators(root), source, Text2->text());
+        r = Reception_Job(Ledger_Road::Usb, medium, [&](Job& job, const Reception_Progress& told) {
             return Usb_Receive_Step(job.Db(), source, root, range, from, to, told);
         }, progress, notice, nullptr, Cmd_Cancel);
     }
@@ -268,7 +274,10 @@ void frmPack_Read1::Receive_Step()
     } else if (r.ok) {
         ProgressBar1->setValue(ProgressBar1->maximum());
         Label_Result->setText(r.outcome.Summary());
-        Msg_Box(r.message + QLatin1Char('\n') + r.outcome.Summary());
+        // The ledger's line last: how many days were stored and how many
+        // carry a note, which the ledger window and the day's graph show.
+        Msg_Box(r.message + QLatin1Char('\n') + r.outcome.Summary()
+                + (r.ledger.isEmpty() ? QString() : QLatin1Char('\n') + r.ledger));
     } else if (!r.message.isEmpty()) {
         Msg_Box(r.message);
     }

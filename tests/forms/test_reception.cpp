@@ -128,7 +128,10 @@ TEST_F(ReceptionTest, PackFromTheAnalyzerEmulator)
         EXPECT_EQ(Find_Form("frm_Pack_check"), nullptr);
     });
     Press(f->Cmd_Save);
-    EXPECT_EQ(msgs.Last(), "수신완료\n" + LoadResString(5001).arg(3));
+    // The last line is the ledger's: the pack's driver is in no register, a note on each day.
+    EXPECT_EQ(msgs.Last(), "수신완료\n" + LoadResString(5001).arg(3) + "\n" + LoadResString(5112).arg(3).arg(3));
+    EXPECT_EQ(Rows("SELECT * FROM X_LEDGER WHERE D_F3 = 'pack' AND D_F6 = '3'"), 1);
+    EXPECT_EQ(Rows("SELECT * FROM X_FINDING WHERE D_F7 = 'driver'"), 3);
     EXPECT_EQ(f->Label_Result->text(), LoadResString(5001).arg(3));
     EXPECT_EQ(Days_Of_Car(), 3);
     EXPECT_EQ(f->Step(), "정보보기");
@@ -179,7 +182,7 @@ TEST_F(ReceptionTest, EqualDatesOfTheRangeReadOneDay)
     f->TDBDate1[0]->setDate(first_.addDays(1));
     f->TDBDate1[1]->setDate(first_.addDays(1));
     Press(f->Cmd_Save);
-    EXPECT_EQ(msgs.Last(), "수신완료\n" + LoadResString(5001).arg(1));
+    EXPECT_EQ(msgs.Last(), "수신완료\n" + LoadResString(5001).arg(1) + "\n" + LoadResString(5112).arg(1).arg(1));
     EXPECT_EQ(Days_Of_Car(), 1);
     EXPECT_EQ(Rows("SELECT * FROM D_D1 WHERE D_F4 = ?", {Day(first_.addDays(1))}), 1);
 }
@@ -231,7 +234,7 @@ TEST_F(ReceptionTest, ADayLeftUndrivenSinceTheLastReceptionIsSaidPlainly)
     Press(f->Cmd_Save);
     const QString summary = LoadResString(5001).arg(3) + "; " + LoadResString(5019).arg(before);
     EXPECT_EQ(f->Label_Result->text(), summary);
-    EXPECT_EQ(msgs.Last(), "수신완료\n" + summary);
+    EXPECT_EQ(msgs.Last(), "수신완료\n" + summary + "\n" + LoadResString(5112).arg(3).arg(3));
     EXPECT_FALSE(msgs.Last().contains(LoadResString(5004).left(4))) << "no refusal";
     EXPECT_EQ(Days_Of_Car(), 3);
     // For a person to look at: VEX_SHOTS=DIR keeps the dialog as a picture.

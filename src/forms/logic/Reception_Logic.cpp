@@ -181,7 +181,8 @@ Pack_Receive Usb_Receive_Step(Cls_DB& db, const QString& source, const QString& 
     return r;
 }
 
-Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress& progress,
+Pack_Receive Reception_Job(Ledger_Road road, const QString& source, const Reception_Work& work,
+                           const Reception_Progress& progress,
                            const std::function<void(const QString&)>& notice, AnalyzerPort* port, QPushButton* cancel)
 {
     if (!G().DB) {
@@ -205,9 +206,16 @@ Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress&
         cancel->setEnabled(true);
         cancel->show();
     }
-    runner.Start([work](Job& job) -> std::any {
+    runner.Start([work, road, source](Job& job) -> std::any {
         job.Db().Wait_Notice = [&job](const QString& text) { job.Progress(text); };
-        return work(job, [&job](int done, int all, const QString& what) { job.Step(what, done, std::max(all, 1)); });
+        Pack_Receive r =
+            work(job, [&job](int done, int all, const QString& what) { job.Step(what, done, std::max(all, 1)); });
+        if (r.ok)
+            Guarded(kErrLedger, [&] {
+                r.ledger = Ledger_Line(Record_Reception(job.Db(), road, source, r.outcome.Summary(),
+                                                        Ledger_Days(r.outcome)));
+            });
+        return r;
     }, port ? port->Device() : nullptr);
     const Job_Result& done = runner.Wait_Events();
     if (cancel)

@@ -3,6 +3,7 @@
 // connection that stays open between the window's steps, the info step and
 // the receive step, and the search of the last reception.
 #include "acquisition/Reception.h"
+#include "exchange/Reception_Ledger.h"
 
 #include <QDate>
 #include <QDateTime>
@@ -50,6 +51,7 @@ struct Pack_Receive {
     QString message;            // the refusal, or "수신완료"
     Reception_Outcome outcome;  // what it stored, skipped and kept
     bool cancelled = false;     // the user stopped it; what was stored stays
+    QString ledger;             // the ledger's line: "3 days stored, 1 with a note"
 };
 struct Pack_Read {
     Pack_Receive receive;  // ok once the analyzer had a pack
@@ -87,9 +89,12 @@ Pack_Receive Usb_Receive_Step(Cls_DB& db, const QString& source, const QString& 
 // with the waits of its writes for another program, are told on this
 // thread. port, the analyzer's when the job talks to it, is lent to the job.
 // cancel, when given, stops the job at its next progress: between days read
-// from the pack, between files of the inbox pass.
+// from the pack, between files of the inbox pass. A reception that ran to
+// its end leaves its entry in the ledger, under road and source, on the
+// job's connection; its line comes back in ledger.
 using Reception_Work = std::function<Pack_Receive(Job& job, const Reception_Progress& progress)>;
-Pack_Receive Reception_Job(const Reception_Work& work, const Reception_Progress& progress = {},
+Pack_Receive Reception_Job(Ledger_Road road, const QString& source, const Reception_Work& work,
+                           const Reception_Progress& progress = {},
                            const std::function<void(const QString&)>& notice = {}, AnalyzerPort* port = nullptr,
                            QPushButton* cancel = nullptr);
 
