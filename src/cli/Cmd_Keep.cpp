@@ -111,6 +111,8 @@ int Import_Cmd(Context& ctx)
     const int rc = Report(ctx, r);
     for (const QString& line : r.ledger)
         ctx.out << line << "\n";
+    for (const QString& note : r.notes)
+        ctx.out << "  " << note << "\n";
     return rc;
 }
 

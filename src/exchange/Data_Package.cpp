@@ -344,7 +344,7 @@ Exchange_Report Import_Package(Cls_DB& live, const QString& zipOrFolder, bool wi
             r.ledger << Ledger_Line(entry);
             for (const Ledger_Day& d : entry.days)
                 for (const Finding& f : d.findings)
-                    r.ledger << QStringLiteral("  ") + d.what + QStringLiteral("  ") + Finding_Text(f);
+                    r.notes << d.what + QStringLiteral("  ") + Finding_Text(f);
         });
     }
     r.ok = failed.isEmpty();

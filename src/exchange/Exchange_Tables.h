@@ -48,7 +48,8 @@ struct Exchange_Report {
     QStringList files;                              // day files moved
     QStringList refused;                            // rows not taken: "table key: why"
     QStringList trips;                              // D_D1 keys an import wrote
-    QStringList ledger;                             // an import's ledger line and notes, per package
+    QStringList ledger;                             // an import's ledger line, one a package
+    QStringList notes;                              // and the notes on its days: "key  what was found"
     // "D_D1 31, D_D2 12, ...", the files and the rows refused.
     QString Text() const;
 };

@@ -109,7 +109,8 @@ void frmDB_Main::Command1_Click()
                                                          return Import_Package(db, package, false, p);
                                                      });
         Label_Note->setText(r.Text());
-        Msg_Box(r.message);
+        // The ledger's line of each package last, as after a reception.
+        Msg_Box(r.ledger.isEmpty() ? r.message : r.message + QLatin1Char('\n') + r.ledger.join(QLatin1Char('\n')));
         return;
     }
     // The compaction runs as a job on its own connection; the window paints
