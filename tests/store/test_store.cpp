@@ -5,6 +5,7 @@
 #include "core/Mod_Main.h"
 #include "registers/Settings_Load.h"
 #include "exchange/Db_Compaction.h"
+#include "exchange/Reception_Ledger.h"
 #include "store/Cls_DB.h"
 #include "store/Schema.h"
 #include "support/TempApp.h"
@@ -210,6 +211,36 @@ TEST_P(Store, OptimiseRunsOnEveryEngine)
     EXPECT_TRUE(r.ok) << r.message.toStdString();
     EXPECT_EQ(r.swapAtStart, GetParam() == Backend::Sqlite);
     EXPECT_EQ(Column("SELECT * FROM D_D1", "D_F1"), QStringList{"12AB00000123260105"});
+}
+
+TEST_P(Store, TheLedgerOfReceptionsOnEveryEngine)
+{
+    // A trip of one driver, then the same hours under another: the ledger
+    // keeps both receptions, and the second's note names the first driver.
+    Save_Day("12AB00000123261105", 1500, 80);
+    Save_Day("12AB00000777261105", 1500, 80);
+    for (const char* key : {"12AB00000123261105", "12AB00000777261105"}) {
+        Recordset rs = db->DB_RSet_D_D("SELECT * FROM D_D1 WHERE D_F1=?", {key});
+        rs.Set("D_F5", "0800");
+        rs.Set("D_F6", "261105");
+        rs.Set("D_F7", "1200");
+        rs.Update();
+    }
+    Record_Reception(*db, Ledger_Road::Usb, "medium A", "1 day(s) stored", {{"12AB00000123261105", "stored", {}, {}, {}, {}}});
+    const Ledger_Entry second =
+        Record_Reception(*db, Ledger_Road::Import, "site.zip", "D_D1 1", {{"12AB00000777261105", "stored", {}, {}, {}, {}},
+                                                                            {"D_D2 'x': not a key", "refused", "why", {}, {}, {}}});
+    ASSERT_EQ(second.days.size(), 2u);
+    EXPECT_EQ(second.days[0].first, "2611050800");
+    const auto read = Read_Ledger(*db, {});
+    ASSERT_EQ(read.size(), 2u);
+    EXPECT_EQ(read[0].source, "site.zip"); // newest first
+    EXPECT_EQ(read[0].days.size(), 2u);
+    ASSERT_FALSE(read[0].days[0].findings.empty());
+    EXPECT_EQ(read[0].days[0].findings[0].kind, Finding_Kind::Overlapping_Trip);
+    EXPECT_EQ(read[0].days[0].findings[0].other, "000123");
+    EXPECT_EQ(Notes_Of_Day(*db, "12AB00000777261105").size(), read[0].days[0].findings.size());
+    EXPECT_EQ(Read_Ledger(*db, {"261105", "261105", "12AB00", "000777", "overlap", true}).size(), 1u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Engines, Store, ::testing::Values(Backend::Sqlite, Backend::Postgres, Backend::Odbc),
