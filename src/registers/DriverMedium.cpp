@@ -1,6 +1,7 @@
 #include "registers/DriverMedium.h"
 
 #include "core/Err_Proc.h"
+#include "core/VbText.h"
 #include "platform/UsbMedia.h"
 
 #include <QFile>
@@ -12,17 +13,6 @@ namespace {
 // The form that writes the medium shares the handler code of the driver
 // register's buttons.
 constexpr int16_t kErrDriverCommand = 1037;
-
-int Hex_Digit(QChar c)
-{
-    if (c >= QLatin1Char('0') && c <= QLatin1Char('9'))
-        return c.unicode() - u'0';
-    if (c >= QLatin1Char('A') && c <= QLatin1Char('F'))
-        return c.unicode() - u'A' + 10;
-    if (c >= QLatin1Char('a') && c <= QLatin1Char('f'))
-        return c.unicode() - u'a' + 10;
-    return -1;
-}
 
 void Write_At(const QString& path, qint64 at, const QByteArray& bytes)
 {
