@@ -75,17 +75,17 @@ int Trend(Context& ctx)
         ctx.out << "wrote " << r.path << "\n";
         return 0;
     }
-    ctx.out << Lang_Text(QStringLiteral("월    운전자  이름        운행   거리 km  평균 점수  100km당 이벤트  과속 분  순위    변화"),
-                         QStringLiteral("month driver  name        trips  km       avg mark   events/100 km   over min rank    change"))
-            << "\n";
-    for (const Driver_Month& m : rows) {
-        const QString change = m.change ? QString::asprintf("%+.1f", *m.change) : QStringLiteral("-");
-        ctx.out << QString::asprintf("%-5s %-7s ", qPrintable(m.month), qPrintable(m.driver))
-                << Driver_Name_Of(*G().DB, m.driver).leftJustified(11, QLatin1Char(' '), true)
-                << QString::asprintf(" %5d  %8.1f  %8.1f   %12.2f   %7.0f  %3d/%-3d %6s\n", m.trips, m.km,
-                                     m.averageMark, m.eventsPer100Km, m.overspeedMinutes, m.rank, m.drivers,
-                                     qPrintable(change));
-    }
+    // The columns of the page and the workbook, padded to their widths.
+    static const int widths[] = {5, 7, 12, 6, 9, 9, 14, 9, 8, 7};
+    auto line = [&](const QStringList& cells) {
+        QString text;
+        for (int c = 0; c < cells.size(); ++c)
+            text += cells[c].leftJustified(widths[c]) + QLatin1Char(' ');
+        ctx.out << text.trimmed() << "\n";
+    };
+    line(Driver_Month_Heads());
+    for (const Driver_Month& m : rows)
+        line(Driver_Month_Cells(m, Driver_Name_Of(*G().DB, m.driver)));
     if (rows.empty())
         ctx.out << Lang_Text(QStringLiteral("기간에 운행이 없습니다"), QStringLiteral("no trips in the period")) << "\n";
     return 0;

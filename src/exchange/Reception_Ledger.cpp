@@ -256,11 +256,13 @@ std::vector<Finding> Notes_Of_Day(Cls_DB& db, const QString& key)
         QStringLiteral("D_F1"));
     if (dayId.isEmpty())
         return notes;
-    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM X_FINDING WHERE D_F3 = ? ORDER BY D_F1"), {key});
+    // The day's findings by their key: "<day id>/0001" and on, below "<day id>0"
+    // ('0' follows '/').
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM X_FINDING WHERE D_F1 > ? AND D_F1 < ? ORDER BY D_F1"),
+                                  {dayId + QLatin1Char('/'), dayId + QLatin1Char('0')});
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-        const QString id = rs.Text(QStringLiteral("D_F1"));
         const auto kind = Kind_Named(rs.Text(QStringLiteral("D_F7")));
-        if (id.startsWith(dayId + QLatin1Char('/')) && kind)
+        if (kind)
             notes.push_back({*kind, rs.Field(QStringLiteral("D_F4")).toInt(), rs.Field(QStringLiteral("D_F5")).toDouble(),
                              rs.Field(QStringLiteral("D_F6")).toDouble(), rs.Text(QStringLiteral("D_F8"))});
     }
