@@ -116,7 +116,7 @@ int main(int argc, char** argv)
     std::vector<QString> paths;
     for (int c = 0; c < kCars; ++c)
         for (int d = 0; d < kDays; ++d)
-            paths.push_back(Trip_Day_File(cfg.U_PackDir, Car(c), kDriver, Day(d)));
+            paths.push_back(Trip_Day_File(db, cfg.U_PackDir, Car(c), kDriver, Day(d)).path);
     qint64 bytes = 0;
     auto read_all = [&] {
         for (const QString& p : paths) {

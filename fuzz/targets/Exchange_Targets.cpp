@@ -12,6 +12,7 @@
 #include "exchange/Remote_Reception.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
+#include "store/Day_Store.h"
 
 #include <QDir>
 
@@ -40,8 +41,10 @@ void Remote_Names(Sandbox& box, std::span<const uint8_t> input)
         const QString target = Trip_File_Target(exp + QLatin1Char('/') + name);
         if (target.isEmpty())
             continue;
-        const QStringList parts = QDir(pack).relativeFilePath(target).split(QLatin1Char('/'));
-        if (!Inside_Folder(pack, target) || parts.size() != 3 || !Is_Code(parts[0]) || !Is_Day(parts[1]))
+        const QString local = box.Path(target);
+        const QStringList parts = QDir(pack).relativeFilePath(local).split(QLatin1Char('/'));
+        if (!Inside_Folder(pack, local) || parts.size() != 3 || !Is_Code(parts[0]) || !Is_Day(parts[1])
+            || Day_File_Key(target).isEmpty())
             box.Fault(QStringLiteral("the trip file '%1' goes to '%2'").arg(name, target));
     }
 }

@@ -8,6 +8,7 @@
 #include "core/VbText.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
+#include "store/Day_Store.h"
 #include "store/Trip_Columns.h"
 
 #include <QFileInfo>
@@ -66,17 +67,6 @@ void Read_Engine_Factor(Cls_DB& db, const QString& car, float& factor)
     Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1 = ?"), {car});
     if (rs.RecordCount() > 0)
         factor = float(Val(rs.Text(QStringLiteral("D_F5"))));
-}
-
-// The day file of car, driver and day as this machine names it: the older
-// name without the driver first. Empty when there is none.
-QString Day_File_Path(const QString& car, const QString& driver, const QString& day)
-{
-    const QString older = Local_Path(Day_Folder_Name(car, day) + QLatin1Char('\\') + day + QStringLiteral(".vex"));
-    if (QFileInfo(older).isFile())
-        return older;
-    const QString path = Local_Path(Day_File_Name(car, driver, day));
-    return QFileInfo(path).isFile() ? path : QString();
 }
 
 } // namespace
@@ -180,7 +170,7 @@ QString Operation_Graph::DB_Search_SecData2(Graph_Surface* surface, const QStrin
     if (path.isEmpty()) {
         // No file, or one that could not be read (its reason is in the log
         // already): the hour is empty and the frame is drawn alone.
-        if (Day_File_Path(car, driver, day).isEmpty())
+        if (!Find_Day_File(db_, car, driver, day).Found())
             Err_Proc(kErrSearch_SecData,
                      QStringLiteral("no day file of %1 %2 %3: the frame alone").arg(car, driver, day));
         const QString hh = hour.isEmpty() ? QStringLiteral("00") : hour;
@@ -200,10 +190,10 @@ int Operation_Graph::Neighbour_Hour(const QString& car, const QString& driver, c
 {
     int found = -1;
     Guarded(kErrSearch_SecData, [&] {
-        const QString path = Day_File_Path(car, driver, day);
-        if (path.isEmpty())
+        const Day_File_Ref ref = Find_Day_File(db_, car, driver, day);
+        if (!ref.Found())
             return;
-        const DayFile file = Read_Day_File(path);
+        const DayFile file = Read_Day_File(db_, ref);
         for (int h = hour + step; h >= 0 && h < 24 && found < 0; h += step)
             for (int s = h * 3600; s < (h + 1) * 3600; ++s)
                 if (file.speed[size_t(s)] != 0 || file.engine[size_t(s)] != 0) {

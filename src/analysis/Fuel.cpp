@@ -97,10 +97,10 @@ Fuel_Day Fuel_Estimate_Day(Cls_DB& db, const QString& packDir, const QString& da
             break;
         }
         row.km = Minute_Km(db, key);
-        const QString path = Trip_Day_File(packDir, row.car, row.driver, day);
-        if (!path.isEmpty()) {
+        const Day_File_Ref dayFile = Trip_Day_File(db, packDir, row.car, row.driver, day);
+        if (dayFile.Found()) {
             try {
-                const DayFile file = Read_Day_File(path);
+                const DayFile file = Read_Day_File(db, dayFile);
                 row.litres = Weighed_Seconds(file, rs.Text(QStringLiteral("D_F5")), rs.Text(QStringLiteral("D_F7")))
                              / rating * kSecondScale;
                 row.estimated = true;

@@ -71,8 +71,11 @@ QString First_Text(Cls_DB& db, const QString& sql, const QString& key, bool& fou
 
 } // namespace
 
-QString Trip_Day_File(const QString& packDir, const QString& car, const QString& driver, const QString& day)
+Day_File_Ref Trip_Day_File(Cls_DB& db, const QString& packDir, const QString& car, const QString& driver,
+                           const QString& day)
 {
+    if (Day_Files_In_Database(db))
+        return Find_Day_File(db, car, driver, day);
     QStringList roots{Local_Path(QStringLiteral("\\pack"))};
     if (!packDir.trimmed().isEmpty())
         roots << Folder_Path(packDir.trimmed());
@@ -80,7 +83,7 @@ QString Trip_Day_File(const QString& packDir, const QString& car, const QString&
         const QString folder = root + QLatin1Char('/') + car + QLatin1Char('/') + day + QLatin1Char('/');
         for (const QString& name : {day + QStringLiteral(".vex"), day + driver + QStringLiteral(".vex")})
             if (QFileInfo(folder + name).isFile())
-                return folder + name;
+                return Day_File_Ref{{}, folder + name};
     }
     return {};
 }
@@ -132,10 +135,10 @@ Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Records
 
     // 6, 7. The events of the seconds; without a readable day file the old
     // counts stay.
-    const QString path = Trip_Day_File(standards.U_PackDir, car, driver, day);
-    if (!path.isEmpty()) {
+    const Day_File_Ref dayFile = Trip_Day_File(db, standards.U_PackDir, car, driver, day);
+    if (dayFile.Found()) {
         try {
-            const DayFile file = Read_Day_File(path);
+            const DayFile file = Read_Day_File(db, dayFile);
             EventLimits limits;
             limits.limit = float(limit);
             limits.quickAccel = standards.B_Val10;

@@ -10,6 +10,7 @@
 // recount that is cancelled, fails or is killed leaves every row either as it
 // was or as it is under the new standards, never half of each.
 #include "core/Cls_Config.h"
+#include "store/Day_Store.h"
 
 #include <QString>
 #include <cstdint>
@@ -45,8 +46,9 @@ struct Recount_Summary {
 
 // The trip's day file: under the program's pack folder, then under the pack
 // folder of the settings; in each the older name without the driver first.
-// Empty text when neither has it.
-QString Trip_Day_File(const QString& packDir, const QString& car, const QString& driver, const QString& day);
+// On a server, the database's row of the day. Not found when none has it.
+Day_File_Ref Trip_Day_File(Cls_DB& db, const QString& packDir, const QString& car, const QString& driver,
+                           const QString& day);
 
 // The figures of the trip at the current row of a "SELECT * FROM D_D1"
 // under the standards (no write). Throws RunTimeError on what it can't read.

@@ -5,6 +5,8 @@
 #include "core/Mod_Main.h"
 #include "platform/FileSystem.h"
 #include "store/Cls_DB.h"
+#include "store/DayFile.h"
+#include "store/Day_Store.h"
 
 namespace vex::cli {
 
@@ -64,8 +66,7 @@ int Cmd_Day(Context& ctx)
                 << ", distance " << Row_Text(db, QStringLiteral("D_D7"), key, QStringLiteral("D_F2")).size()
                 << ", engine " << Row_Text(db, QStringLiteral("D_D8"), key, QStringLiteral("D_F2")).size()
                 << " characters\n";
-        const QString dayFile = QStringLiteral("\\pack\\%1\\%3\\%3%2.vex").arg(ctx.args[0], ctx.args[1], ctx.args[2]);
-        const qint64 size = G().FS->FileSize(dayFile);
+        const qint64 size = Day_File_Size(db, Day_File_Name(ctx.args[0], ctx.args[1], ctx.args[2]));
         ctx.out << "day file: " << (size < 0 ? QStringLiteral("none") : QString::number(size) + QStringLiteral(" bytes"))
                 << "\n";
     });

@@ -1,10 +1,11 @@
-// vexcli optimise|backup|export|import|delete|rekey|rebuild|move: keeping the
+// vexcli optimise|backup|export|import|delete|rekey|rebuild|move|dayfiles: keeping the
 // data without a window. Each prints what it did per table.
 #include "cli/Commands.h"
 
 #include "acquisition/Inbox_Names.h"
 #include "core/Mod_Main.h"
 #include "exchange/Data_Package.h"
+#include "exchange/Day_Files_Move.h"
 #include "exchange/Db_Keeping.h"
 #include "store/Cls_DB.h"
 
@@ -158,6 +159,23 @@ int Move_Cmd(Context& ctx)
                                  Option(ctx.args, "--from"), Printer(ctx)));
 }
 
+int Day_Files_Cmd(Context& ctx)
+{
+    if (ctx.args.value(0) != QLatin1String("to-database")) {
+        ctx.err << "vexcli: dayfiles to-database\n";
+        return 2;
+    }
+    const Day_Files_Move_Report r = Move_Day_Files_To_Database(*G().DB, [&ctx](int done, int all) {
+        ctx.err << "dayfiles " << done << "/" << all << "\n";
+        ctx.err.flush();
+    });
+    ctx.out << "day files stored " << r.stored << ", merged with the server's " << r.merged << "\n";
+    for (const QString& why : r.refused)
+        ctx.out << "refused " << why << "\n";
+    ctx.out << r.message << "\n";
+    return r.ok && r.refused.isEmpty() ? 0 : 1;
+}
+
 // Paths are named before the start-up moves into the application folder.
 template <int (*Run)(Context&)>
 int Started(Context& ctx)
@@ -186,5 +204,6 @@ int Cmd_Delete(Context& ctx) { return Started<Delete_Cmd>(ctx); }
 int Cmd_Rekey(Context& ctx) { return Started<Rekey_Cmd>(ctx); }
 int Cmd_Rebuild(Context& ctx) { return Started<Rebuild_Cmd>(ctx); }
 int Cmd_Move(Context& ctx) { return Started<Move_Cmd>(ctx); }
+int Cmd_Day_Files(Context& ctx) { return Started<Day_Files_Cmd>(ctx); }
 
 } // namespace vex::cli

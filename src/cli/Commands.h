@@ -54,6 +54,7 @@ int Cmd_Delete(Context& ctx);
 int Cmd_Rekey(Context& ctx);
 int Cmd_Rebuild(Context& ctx);
 int Cmd_Move(Context& ctx);
+int Cmd_Day_Files(Context& ctx);
 int Cmd_Agency(Context& ctx);
 int Cmd_Remote(Context& ctx);
 int Cmd_Car(Context& ctx);

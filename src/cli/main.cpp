@@ -58,6 +58,8 @@ const Command kCommands[] = {
     {"rebuild", "rebuild FILE.vex --car CODE", "rebuild a day from its day file", Cmd_Rebuild},
     {"move", "move --source PATH --kind 1|2|3 --from YYMMDD",
      "bring an older installation's database (Jet or SQLite) over", Cmd_Move},
+    {"dayfiles", "dayfiles to-database",
+     "on a server: the day files under \\pack into the database, where every PC reads them", Cmd_Day_Files},
     {"agency", "agency --from YYMMDD --to YYMMDD [--company NAME --business NUMBER] [--check]",
      "the agency submission files under report/N, or with --check what a run passes over", Cmd_Agency},
     {"remote", "remote", "fetch the site's packages from its FTP server (two passes) and load them", Cmd_Remote},

@@ -216,6 +216,8 @@ constexpr Label kLabels[] = {
     {kErrFleet, "Fleet_Sampler - Register"},
     {kErrReportExplanation, "Report_Trust - Report_Mark_Explanation"},
     {kErrReportTrend, "Report_Trust - Report_Driver_Trend"},
+    {kErrDayFilesMove, "Day_Files_Move - Move_Day_Files_To_Database"},
+    {kErrDayFileTable, "Day_Store - Ensure_Day_File_Table"},
 };
 
 } // namespace

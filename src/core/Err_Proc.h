@@ -51,6 +51,8 @@ enum Err_Code : int16_t {
     kErrFleet = 2027,
     kErrReportExplanation = 2028,
     kErrReportTrend = 2029,
+    kErrDayFilesMove = 2030,
+    kErrDayFileTable = 2031,
 };
 
 // Label of a handler code: "object - procedure"; empty for gaps and codes

@@ -5,6 +5,7 @@
 #include "core/Mod_Main.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
+#include "store/Day_Store.h"
 #include "store/DayFile.h"
 
 #include <QDir>
@@ -176,8 +177,8 @@ QByteArray Day_Bytes(Cls_DB& db, const Car_Facts& f, const QString& business, co
             for (int k = first; k <= last; ++k)
                 Append_Data_Line(bytes, km[size_t(k)], dayBytes, k / 60, k % 60, -1, speed[size_t(k)], noEngine);
         }
-    } else if (QFileInfo(Local_Path(Day_File_Name(car, driver, day))).isFile()) {
-        const DayFile file = Read_Day_File(Local_Path(Day_File_Name(car, driver, day)));
+    } else if (const Day_File_Ref ref = Find_Day_File(db, Day_File_Name(car, driver, day)); ref.Found()) {
+        const DayFile file = Read_Day_File(db, ref);
         const std::vector<int> km = Running_Km(Text_Of(db, QStringLiteral("D_D7"), key), false);
         auto Good = [](uint8_t v) { return v >= 1 && v <= 254; };
         auto First = [&](const std::vector<uint8_t>& a) {

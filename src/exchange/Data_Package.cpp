@@ -8,6 +8,7 @@
 #include "platform/FileSystem.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
+#include "store/Day_Store.h"
 
 #include <QDate>
 #include <QDir>
@@ -39,8 +40,10 @@ Exchange_Report Refused(const QString& message)
     return r;
 }
 
-// The day files of the rows of D_D1 in a selection, as package entries.
-std::vector<Zip_Entry> Day_File_Entries(const Source_Table& trips)
+// The day files of the rows of D_D1 in a selection, as package entries. A
+// server's day files are written into staging (a folder removed with the
+// package's other work files) to be packed from there.
+std::vector<Zip_Entry> Day_File_Entries(Cls_DB& live, const Source_Table& trips, const QString& staging)
 {
     std::vector<Zip_Entry> entries;
     for (const QVariantList& row : trips.rows) {
@@ -48,16 +51,24 @@ std::vector<Zip_Entry> Day_File_Entries(const Source_Table& trips)
         const QString car = key.left(6), driver = key.mid(6, 6), day = key.right(6);
         if (!Is_Code(car) || !Is_Code(driver) || !Is_Day(day))
             continue;
-        const QString file = App(Day_File_Name(car, driver, day));
-        if (QFileInfo(file).isFile())
-            entries.push_back({file, QStringLiteral("pack/%1/%2/%2%3.vex").arg(car, day, driver)});
+        const Day_File_Ref ref = Find_Day_File(live, Day_File_Name(car, driver, day));
+        if (!ref.Found())
+            continue;
+        const QString name = QStringLiteral("pack/%1/%2/%2%3.vex").arg(car, day, driver);
+        QString file = ref.path;
+        if (file.isEmpty()) {
+            file = staging + QLatin1Char('/') + name;
+            QDir().mkpath(QFileInfo(file).path());
+            Write_Whole_File(file, Read_Day_Bytes(live, ref));
+        }
+        entries.push_back({file, name});
     }
     return entries;
 }
 
 // Where a package's day file "pack/<car>/<day>/<day><driver>.vex" goes in
-// "\pack"; empty for any other name, whose parts can't be trusted as a
-// car code and a day.
+// "\pack" (a system path); empty for any other name, whose parts can't be
+// trusted as a car code and a day.
 QString Day_File_Target(const QString& name)
 {
     const QStringList parts = name.split(QLatin1Char('/'));
@@ -69,7 +80,7 @@ QString Day_File_Target(const QString& name)
     if (!Is_Code(car) || !Is_Day(day) || file.size() != 16 || !file.startsWith(day) || !Is_Code(file.mid(6, 6))
         || file.right(4).toUpper() != QLatin1String(".VEX"))
         return {};
-    return App(QStringLiteral("\\pack\\%1\\%2\\%3").arg(car, day, file));
+    return QStringLiteral("\\pack\\%1\\%2\\%3").arg(car, day, file);
 }
 
 bool Move_Over(const QString& from, const QString& to)
@@ -141,8 +152,15 @@ void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_R
     source.reset();
     for (const QString& name : unzipped.names) {
         const QString target = Day_File_Target(name);
-        if (!target.isEmpty() && Move_Over(scratch.filePath(name), target))
-            report.files << target;
+        if (target.isEmpty())
+            continue;
+        if (!Day_Files_In_Database(live)) {
+            if (Move_Over(scratch.filePath(name), App(target)))
+                report.files << App(target);
+        } else {
+            Store_Day_File_From(live, target, scratch.filePath(name));
+            report.files << Find_Day_File(live, target).Name();
+        }
     }
     for (size_t i = 0; i < read.size(); ++i) {
         if (progress)
@@ -241,7 +259,10 @@ Exchange_Report Export_Package(Cls_DB& live, const Selection& s, const QString& 
         if (!QFile::copy(Export_Db_Path(), copy))
             throw RunTimeError(QStringLiteral("cannot write ") + copy);
         std::vector<Zip_Entry> entries{{copy, QStringLiteral("exp.mdb")}};
-        for (Zip_Entry& e : Day_File_Entries(trips)) {
+        const QTemporaryDir staging(exp + QStringLiteral("/.export-XXXXXX"));
+        if (!staging.isValid())
+            throw RunTimeError(QStringLiteral("cannot make a scratch folder in ") + exp);
+        for (Zip_Entry& e : Day_File_Entries(live, trips, staging.path())) {
             r.files << e.file;
             entries.push_back(std::move(e));
         }
@@ -365,9 +386,9 @@ Exchange_Report Rekey(Cls_DB& live, const QString& car, const QString& driver, c
     for (qint64 i = 0, days = a.daysTo(b); i <= days; ++i) {
         const QString day = a.addDays(i).toString(QStringLiteral("yyMMdd"));
         const QString oldFile = Day_File_Name(car, driver, day), newFile = Day_File_Name(car, newDriver, day);
-        if (!QFileInfo(App(oldFile)).isFile())
+        if (!Find_Day_File(live, oldFile).Found())
             continue;
-        if (QFileInfo::exists(App(newFile))) {
+        if (Day_Files_In_Database(live) ? Find_Day_File(live, newFile).Found() : QFileInfo::exists(App(newFile))) {
             r.message = QStringLiteral("동일한 차량번호 데이터가 존재합니다");
             return r;
         }
@@ -375,7 +396,8 @@ Exchange_Report Rekey(Cls_DB& live, const QString& car, const QString& driver, c
     }
     static const QStringList order{"D_D1", "D_D7", "D_D8", "D_D3", "D_DI", "D_D6", "D_D2", "D_D4", "D_D9"};
     // The rows and the list of renames commit together or not at all; the
-    // files follow the committed rows, now or at the next start.
+    // files follow the committed rows, now or at the next start. A server's
+    // day files are rows: they take their new keys in the same transaction.
     r.ok = Guarded(kErrRekey, [&] {
         live.Ensure_Schema();
         Cls_DB::Transaction all(live);
@@ -400,6 +422,10 @@ Exchange_Report Rekey(Cls_DB& live, const QString& car, const QString& driver, c
                 progress(QStringLiteral("rekey"), ++step, int(order.size()));
         }
         for (const auto& [oldFile, newFile] : renames) {
+            if (Day_Files_In_Database(live)) {
+                Rename_Day_File(live, oldFile, newFile);
+                continue;
+            }
             Recordset pending = Row_Or_New(live, QStringLiteral("X_RENAME"), oldFile);
             pending.Set(QStringLiteral("D_F2"), newFile);
             pending.Update();
@@ -411,7 +437,10 @@ Exchange_Report Rekey(Cls_DB& live, const QString& car, const QString& driver, c
         r.message = Err_Last();
         return r;
     }
-    r.files = Finish_Pending_Renames(live);
+    if (Day_Files_In_Database(live))
+        for (const auto& [oldFile, newFile] : renames)
+            r.files << Find_Day_File(live, newFile).Name();
+    r.files << Finish_Pending_Renames(live);
     r.message = QStringLiteral("완료");
     return r;
 }

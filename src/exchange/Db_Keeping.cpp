@@ -11,6 +11,7 @@
 #include "platform/FileSystem.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
+#include "store/Day_Store.h"
 
 #include <QDate>
 #include <QDir>
@@ -146,22 +147,19 @@ Exchange_Report Rebuild_Day(Cls_DB& live, const QString& vexFile, const QString&
         r.message = QStringLiteral("파일입력 실패");
         return r;
     }
-    // The detector reads the day from its place under "\pack". The chosen
-    // file is read whole and checked before it takes that place, and the
-    // day file it replaces comes back when the rebuild fails.
-    const QString target = App(Day_File_Name(c, driver, day));
-    const bool elsewhere = QFileInfo(vexFile).absoluteFilePath() != QFileInfo(target).absoluteFilePath();
+    // The detector reads the day from its place under "\pack" (a server's
+    // row). The chosen file is read whole and checked before it takes that
+    // place, and the day file it replaces comes back when the rebuild fails.
+    const QString target = Day_File_Name(c, driver, day);
+    const bool elsewhere = Day_Files_In_Database(live)
+                           || QFileInfo(vexFile).absoluteFilePath() != QFileInfo(App(target)).absoluteFilePath();
     std::optional<QByteArray> replaced;
     if (elsewhere && !Guarded(kErrRebuild, [&] {
-            QFile in(vexFile);
-            if (!in.open(QIODevice::ReadOnly))
-                throw RunTimeError(QStringLiteral("File not found: ") + vexFile);
-            const QByteArray bytes = in.readAll();
+            const QByteArray bytes = Read_Day_Bytes(live, Day_File_Ref{{}, vexFile});
             Day_File_Of(bytes, vexFile);
-            if (QFile old(target); old.open(QIODevice::ReadOnly))
-                replaced = old.readAll();
-            QDir().mkpath(QFileInfo(target).absolutePath());
-            Write_Whole_File(target, bytes);
+            if (const Day_File_Ref old = Find_Day_File(live, target); old.Found())
+                replaced = Read_Day_Bytes(live, old);
+            Store_Day_Bytes(live, target, bytes);
         })) {
         r.message = QStringLiteral("파일입력 실패");
         return r;
@@ -170,9 +168,9 @@ Exchange_Report Rebuild_Day(Cls_DB& live, const QString& vexFile, const QString&
     if (!r.ok && elsewhere) {
         Guarded(kErrRebuild, [&] {
             if (replaced)
-                Write_Whole_File(target, *replaced);
+                Store_Day_Bytes(live, target, *replaced);
             else
-                QFile::remove(target);
+                Remove_Day_File(live, target);
         });
     }
     if (r.ok)
@@ -246,10 +244,15 @@ Exchange_Report Move_From(Cls_DB& live, const QString& path, int option, const Q
             const QStringList parts = rel.split(QLatin1Char('/'));
             if (parts.size() != 3 || !Is_Code(parts[0]) || !Is_Day(parts[1]) || parts[1] < fromDay)
                 continue;
-            const QString target = App(QStringLiteral("\\pack\\%1\\%2\\%3").arg(parts[0], parts[1], parts[2]));
-            QDir().mkpath(QFileInfo(target).absolutePath());
-            if (FileSystem(G().App_Dir).CopyFile(file, target))
-                r.files << target;
+            const QString target = QStringLiteral("\\pack\\%1\\%2\\%3").arg(parts[0], parts[1], parts[2]);
+            if (!Day_Files_In_Database(live)) {
+                QDir().mkpath(QFileInfo(App(target)).absolutePath());
+                if (FileSystem(G().App_Dir).CopyFile(file, App(target)))
+                    r.files << App(target);
+            } else if (!Day_File_Key(target).isEmpty()) {
+                Store_Day_File_From(live, target, file);
+                r.files << Find_Day_File(live, target).Name();
+            }
         }
     });
     r.message = r.ok ? QStringLiteral("완료") : Err_Last();

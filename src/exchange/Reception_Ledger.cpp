@@ -3,6 +3,7 @@
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "store/Cls_DB.h"
+#include "store/Day_Store.h"
 #include "store/DayFile.h"
 #include "store/Trip_Columns.h"
 
@@ -173,10 +174,10 @@ std::vector<Finding> Check_Stored_Day(Cls_DB& db, const QString& key, const QStr
         First_Text(db, QStringLiteral("SELECT D_F2 FROM D_D7 WHERE D_F1 = ?"), {key}, QStringLiteral("D_F2")), 10);
 
     DayFile file;
-    const QString path = Local_Path(Day_File_Name(Car_Of(key), Driver_Of(key), Day_Of(key)));
-    if (QFileInfo::exists(path)) {
+    const Day_File_Ref ref = Find_Day_File(db, Day_File_Name(Car_Of(key), Driver_Of(key), Day_Of(key)));
+    if (ref.Found()) {
         try {
-            file = Read_Day_File(path);
+            file = Read_Day_File(db, ref);
             evidence.speed = file.speed;
             evidence.engine = file.engine;
         } catch (const RunTimeError&) {

@@ -9,6 +9,7 @@
 #include "exchange/Received_Files.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
+#include "store/Day_Store.h"
 
 #include <QDir>
 #include <QFile>
@@ -48,7 +49,7 @@ QString Trip_File_Target(const QString& path)
             return c >= u'0' && c <= u'9';
         }))
         return {};
-    return App_Path(G().App_Dir, QStringLiteral("\\pack\\%1\\%2\\%2%3.vex").arg(car, date, time));
+    return QStringLiteral("\\pack\\%1\\%2\\%2%3.vex").arg(car, date, time);
 }
 
 void Remote_Load(Cls_DB& live, Remote_Outcome& out, const Exchange_Progress& progress,
@@ -105,9 +106,7 @@ void Remote_Load(Cls_DB& live, Remote_Outcome& out, const Exchange_Progress& pro
             setAside(name, QStringLiteral("no car, day and time in its name"));
             continue;
         }
-        QDir().mkpath(QFileInfo(target).absolutePath());
-        QFile::remove(target);
-        if (QFile::copy(from, target))
+        if (Guarded(kErrRemoteLoad, [&] { Store_Day_File_From(live, target, from); }))
             done(name);
     }
     // Loose databases, table by table.

@@ -46,8 +46,8 @@ Remote_Outcome Remote_Reception(Cls_DB& live, const Ftp_Settings& s, const std::
                                 const Exchange_Progress& progress = {});
 
 // "<car><date><time>.vex" of a loose trip file (its path's last 22
-// characters): where it goes under "\pack", or empty when the parts are no
-// car code, day and time.
+// characters): the system path of the day file it becomes under "\pack",
+// or empty when the parts are no car code, day and time.
 QString Trip_File_Target(const QString& path);
 
 } // namespace vex

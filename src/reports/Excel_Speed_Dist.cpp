@@ -44,11 +44,12 @@ struct Second {
 // selection takes of it: from fromTime on the first day to toTime on the
 // last, whole days between.
 struct Day_Part {
-    QString day, path;
+    QString day;
+    Day_File_Ref file;
     int first = 0, last = 86399;
 };
 
-std::vector<Day_Part> Days_Of(const Excel_Selection& sel)
+std::vector<Day_Part> Days_Of(Cls_DB& db, const Excel_Selection& sel)
 {
     std::vector<Day_Part> days;
     const QDate from = QDate::fromString(QStringLiteral("20") + sel.from, QStringLiteral("yyyyMMdd"));
@@ -60,8 +61,8 @@ std::vector<Day_Part> Days_Of(const Excel_Selection& sel)
     for (QDate d = from; d <= to; d = d.addDays(1)) {
         Day_Part part;
         part.day = d.toString(QStringLiteral("yyMMdd"));
-        part.path = Trip_Day_File(packDir, sel.car, sel.driver, part.day);
-        if (part.path.isEmpty())
+        part.file = Trip_Day_File(db, packDir, sel.car, sel.driver, part.day);
+        if (!part.file.Found())
             continue;
         if (d == from)
             part.first = seconds(sel.fromTime);
@@ -75,14 +76,14 @@ std::vector<Day_Part> Days_Of(const Excel_Selection& sel)
 // Walks the seconds, day by day; `day` is told before a day's first second.
 // Progress by the hour ("시") and "완료" at the end.
 template <class Day_Start, class Visit>
-void Walk(const Excel_Selection& sel, const std::vector<Day_Part>& days, Day_Start&& dayStart, Visit&& visit)
+void Walk(Cls_DB& db, const Excel_Selection& sel, const std::vector<Day_Part>& days, Day_Start&& dayStart, Visit&& visit)
 {
     if (sel.progress)
         sel.progress(0, QStringLiteral("DB processing..."));
     double km = 0;
     for (size_t i = 0; i < days.size(); ++i) {
         const Day_Part& part = days[i];
-        const DayFile file = Read_Day_File(part.path);
+        const DayFile file = Read_Day_File(db, part.file);
         dayStart(i, part);
         Second s;
         s.day = Date_Dash(part.day);
@@ -114,7 +115,7 @@ QString Running(const Second& s, bool english)
 
 Excel_Result Speed_Sheet(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
-    const std::vector<Day_Part> days = Days_Of(sel);
+    const std::vector<Day_Part> days = Days_Of(db, sel);
     if (days.empty())
         return No_Data();
     Xlsx_Book book;
@@ -126,7 +127,7 @@ Excel_Result Speed_Sheet(Cls_DB& db, const QString& appDir, const Excel_Selectio
 
     int row = kRecordRow;
     bool failed = false;
-    Walk(sel, days,
+    Walk(db, sel, days,
          [&](size_t i, const Day_Part& part) {
              if (i > 0 && !failed) {
                  failed = !book.Add_Sheet(Date_Dash(part.day), kHeadRows, kRecordRow);
@@ -150,9 +151,9 @@ Excel_Result Speed_Sheet(Cls_DB& db, const QString& appDir, const Excel_Selectio
     return Save(book, out.isEmpty() ? Excel_Report_Path(appDir, name, sel) : out, kErrSpeedDist);
 }
 
-Excel_Result Speed_Text(const QString& appDir, const Excel_Selection& sel, const QString& out)
+Excel_Result Speed_Text(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
-    const std::vector<Day_Part> days = Days_Of(sel);
+    const std::vector<Day_Part> days = Days_Of(db, sel);
     if (days.empty())
         return No_Data();
     const QString path = out.isEmpty()
@@ -164,7 +165,7 @@ Excel_Result Speed_Text(const QString& appDir, const Excel_Selection& sel, const
     if (!file.open(QIODevice::WriteOnly))
         return Failed(kErrSpeedFile, QStringLiteral("cannot write %1").arg(path));
     QByteArray line;
-    Walk(sel, days, [](size_t, const Day_Part&) {},
+    Walk(db, sel, days, [](size_t, const Day_Part&) {},
          [&](const Second& s) {
              line = (QStringList{s.day, s.time, Dec_Hex1(s.speed), Dec_Hex1(s.engine), QString::number(s.km, 'f', 1),
                                  Running(s, true), Running(s, false)}.join(QLatin1Char('\t'))
@@ -186,9 +187,9 @@ Excel_Result CAL_SPEED_DIST(Cls_DB& db, const QString& appDir, const Excel_Selec
     return Trapped(kErrSpeedDist, [&] { return Speed_Sheet(db, appDir, sel, out); });
 }
 
-Excel_Result CAL_SPEED_FILE(Cls_DB& /*db*/, const QString& appDir, const Excel_Selection& sel, const QString& out)
+Excel_Result CAL_SPEED_FILE(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
-    return Trapped(kErrSpeedFile, [&] { return Speed_Text(appDir, sel, out); });
+    return Trapped(kErrSpeedFile, [&] { return Speed_Text(db, appDir, sel, out); });
 }
 
 } // namespace vex

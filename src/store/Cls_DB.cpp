@@ -3,6 +3,7 @@
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
+#include "store/Day_Store.h"
 #include "store/Schema.h"
 #include "store/SqlDialect.h"
 #include "store/SqliteFunctions.h"
@@ -40,7 +41,7 @@ Cls_DB::~Cls_DB()
 bool Cls_DB::DB_Connection()
 {
     state_ = 0;
-    return Guarded(1089, [&] {
+    const bool ok = Guarded(1089, [&] {
         QSqlDatabase db = QSqlDatabase::contains(name_) ? QSqlDatabase::database(name_, false)
                                                          : QSqlDatabase::addDatabase(target_.driver, name_);
         if (!db.isValid())
@@ -73,6 +74,11 @@ bool Cls_DB::DB_Connection()
         state_ = 1;
         open_ = true;
     });
+    // A server keeps the fleet's day files: their table is there before
+    // the first reception needs it.
+    if (ok)
+        Guarded(kErrDayFileTable, [&] { Ensure_Day_File_Table(*this); });
+    return ok;
 }
 
 void Cls_DB::DB_DConnection()
@@ -105,7 +111,7 @@ QSqlQuery& Cls_DB::Prepared(const QString& sql)
         statements_.clear();
     QSqlQuery q(QSqlDatabase::database(name_, false));
     q.setForwardOnly(true);
-    if (!q.prepare(sql))
+    if (!Step([&] { return q.prepare(sql); }))
         Engine_Failure(q.lastError().text() + QStringLiteral(" [") + sql + QLatin1Char(']'));
     return *statements_.insert(sql, q);
 }
@@ -116,11 +122,11 @@ void Cls_DB::Execute(const QString& sql, const QVariantList& values)
         Engine_Failure(QStringLiteral("Operation is not allowed when the object is closed."));
     QSqlQuery q(QSqlDatabase::database(name_, false));
     const QString translated = Translate_Sql(sql, dialect_);
-    if (!q.prepare(translated))
+    if (!Step([&] { return q.prepare(translated); }))
         Engine_Failure(q.lastError().text());
     for (const QVariant& v : values)
         q.addBindValue(v);
-    if (!q.exec())
+    if (!Exec(q))
         Engine_Failure(q.lastError().text());
 }
 
@@ -136,8 +142,15 @@ void Cls_DB::Execute_Unprepared(const QString& sql)
 bool Cls_DB::Begin_Write()
 {
     QSqlDatabase conn = QSqlDatabase::database(name_, false);
-    if (target_.engine != Engine::Sqlite)
-        return conn.transaction();
+    if (target_.engine != Engine::Sqlite) {
+        if (mode_ != Write_Mode::None)
+            return false; // the writes belong to the open transaction
+        if (conn.transaction())
+            return true;
+        lastFailure_ = conn.lastError().text();
+        Err_Proc(kErrWriteLock, lastFailure_);
+        return false;
+    }
     // Each try waits the connection's busy timeout (5 s) before it answers.
     constexpr int kTry = 5;
     for (int waited = 0;; waited += kTry) {
@@ -162,18 +175,45 @@ bool Cls_DB::Begin_Write()
     }
 }
 
+bool Cls_DB::Run_Plain(const QString& sql)
+{
+    QSqlQuery q(QSqlDatabase::database(name_, false));
+    return q.exec(sql);
+}
+
+bool Cls_DB::Step(const std::function<bool()>& step)
+{
+    // A server's batch: the statement alone goes back when it fails (also
+    // when the server refuses to prepare it), the rows written before it
+    // stay in the transaction.
+    const bool guarded = mode_ == Write_Mode::Batch && target_.engine != Engine::Sqlite;
+    if (guarded && !Run_Plain(QStringLiteral("SAVEPOINT vex_statement")))
+        return step(); // the server will answer the statement's own failure
+    const bool ok = step();
+    if (guarded)
+        Run_Plain(ok ? QStringLiteral("RELEASE SAVEPOINT vex_statement")
+                     : QStringLiteral("ROLLBACK TO SAVEPOINT vex_statement"));
+    return ok;
+}
+
+bool Cls_DB::Exec(QSqlQuery& q)
+{
+    return Step([&] { return q.exec(); });
+}
+
 Cls_DB::Batch::Batch(Cls_DB& db) : db_(db)
 {
-    // Only on SQLite: a server aborts the whole transaction at its first
-    // failing statement, and the rows before it would be lost.
-    if (db.open_ && db.target_.engine == Engine::Sqlite)
-        open_ = db.Begin_Write();
+    if (db.open_ && db.mode_ == Write_Mode::None && db.Begin_Write()) {
+        open_ = true;
+        db.mode_ = Write_Mode::Batch;
+    }
 }
 
 Cls_DB::Batch::~Batch()
 {
     if (!open_)
         return;
+    db_.mode_ = Write_Mode::None;
     QSqlDatabase conn = QSqlDatabase::database(db_.name_, false);
     if (!conn.commit()) {
         const QString error = conn.lastError().text();
@@ -189,12 +229,14 @@ Cls_DB::Transaction::Transaction(Cls_DB& db) : db_(db)
     if (!db.Begin_Write())
         db.Engine_Failure(db.lastFailure_);
     open_ = true;
+    db.mode_ = Write_Mode::Transaction;
 }
 
 void Cls_DB::Transaction::Commit()
 {
     QSqlDatabase conn = QSqlDatabase::database(db_.name_, false);
     open_ = false;
+    db_.mode_ = Write_Mode::None;
     if (!conn.commit()) {
         const QString error = conn.lastError().text();
         conn.rollback();
@@ -204,8 +246,10 @@ void Cls_DB::Transaction::Commit()
 
 Cls_DB::Transaction::~Transaction()
 {
-    if (open_)
+    if (open_) {
+        db_.mode_ = Write_Mode::None;
         QSqlDatabase::database(db_.name_, false).rollback();
+    }
 }
 
 void Cls_DB::Engine_Failure(const QString& text)

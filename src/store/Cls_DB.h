@@ -54,12 +54,17 @@ public:
     int Engine_Failures() const { return failures_; }
     const QString& Last_Engine_Failure() const { return lastFailure_; }
 
-    // A batch of writes in one transaction, for speed. End_Batch commits what
-    // was written, also after a failure half way: what a routine wrote
-    // before its handler ran stays written, batch or not. SQLite only; on a
-    // server each write commits by itself. The batch takes the write lock at
-    // its start, waiting for another program that holds it (see Wait_Notice);
-    // when it can't, the writes run one by one and fail on the lock.
+    // A batch of writes in one transaction: a decoded day (its rows and, on
+    // a server, its day file) lands whole, so another program never reads
+    // half of it. The end of the batch commits what was written, also after
+    // a failure half way: what a routine wrote before its handler ran stays
+    // written, batch or not. On a server, which would abort the whole
+    // transaction at its first failing statement, each statement runs under
+    // a savepoint of its own and a failure rolls back that statement alone.
+    // On SQLite the batch takes the write lock at its start, waiting for
+    // another program that holds it (see Wait_Notice); when it can't, the
+    // writes run one by one and fail on the lock. A batch inside another
+    // transaction belongs to that one.
     class Batch {
     public:
         explicit Batch(Cls_DB& db);
@@ -100,6 +105,12 @@ public:
     // day. The caller binds, executes and finishes it. Throws when the
     // statement can't be prepared.
     QSqlQuery& Prepared(const QString& sql);
+
+    // Runs a prepared, bound statement; within a batch on a server under a
+    // savepoint of its own. False as exec() answers, the query's error kept.
+    bool Exec(QSqlQuery& q);
+    // True inside a batch or a transaction on this connection.
+    bool In_Transaction() const { return mode_ != Write_Mode::None; }
 
     // A statement that returns no rows ("DELETE * FROM D_H").
     void Execute(const QString& sql, const QVariantList& values = {});
@@ -210,7 +221,14 @@ private:
     // (SQLite refuses one of them at once then, whatever the busy timeout).
     // False when another program kept the lock for Write_Wait_Seconds.
     bool Begin_Write();
+    // Runs one statement of the connection's own (savepoints).
+    bool Run_Plain(const QString& sql);
+    // One step of a statement (its prepare, its run): within a batch on a
+    // server under a savepoint of its own.
+    bool Step(const std::function<bool()>& step);
 
+    enum class Write_Mode { None, Batch, Transaction };
+    Write_Mode mode_ = Write_Mode::None;
     DbTarget target_;
     QString name_;
     Engine dialect_ = Engine::Sqlite;

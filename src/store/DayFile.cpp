@@ -7,6 +7,7 @@
 #include "platform/AppFolder.h"
 #include "platform/FileSystem.h"
 #include "store/Cls_DB.h"
+#include "store/Day_Store.h"
 
 #include <QDir>
 #include <QFile>
@@ -52,17 +53,19 @@ void Append(QByteArray& out, const std::vector<uint8_t>& a)
     out.append(reinterpret_cast<const char*>(a.data()), qsizetype(a.size()));
 }
 
-// Merges the arrays of a recording into the day file at path, or writes them
-// as given when there is no file yet (making the car's day folder on the way).
-void Merge_Day_File(const QString& systemPath, std::span<const uint8_t> speed, std::span<const uint8_t> engine,
-                    std::span<const uint8_t> half)
+// Merges the arrays of a recording into the day file at its system path, or
+// writes them as given when there is none yet. The day is held against
+// another PC's merge until the day's rows commit.
+void Merge_Day_File(Cls_DB& db, const QString& systemPath, std::span<const uint8_t> speed,
+                    std::span<const uint8_t> engine, std::span<const uint8_t> half)
 {
     Need(speed, kDayArray, "speed");
     Need(engine, kDayArray, "engine");
-    const QString path = Local_Path(systemPath);
+    Lock_Day_File(db, systemPath);
+    const Day_File_Ref stored = Find_Day_File(db, systemPath);
     DayFile file;
-    if (QFileInfo(path).isFile()) {
-        file = Read_Day_File(path);
+    if (stored.Found()) {
+        file = Read_Day_File(db, stored);
         Merge_Entries(file.speed, speed, 1, kDaySeconds);
         Merge_Entries(file.engine, engine, 1, kDaySeconds);
         if (!half.empty()) {
@@ -72,7 +75,6 @@ void Merge_Day_File(const QString& systemPath, std::span<const uint8_t> speed, s
             Merge_Entries(file.half, half, 1, 2 * kDaySeconds);
         }
     } else {
-        QDir().mkpath(QFileInfo(path).path());
         file.speed.assign(speed.begin(), speed.begin() + kDayArray);
         file.engine.assign(engine.begin(), engine.begin() + kDayArray);
         if (!half.empty()) {
@@ -80,7 +82,7 @@ void Merge_Day_File(const QString& systemPath, std::span<const uint8_t> speed, s
             file.half.assign(half.begin(), half.begin() + kHalfArray);
         }
     }
-    Write_Day_File(path, file);
+    Store_Day_Bytes(db, systemPath, Day_File_Bytes(file));
 }
 
 // The minute distance of a recording into D_D7: a stored "00" takes the new
@@ -188,7 +190,7 @@ void Write_Whole_File(const QString& localPath, const QByteArray& bytes)
                            + QLatin1Char(')'));
 }
 
-void Write_Day_File(const QString& localPath, const DayFile& file)
+QByteArray Day_File_Bytes(const DayFile& file)
 {
     if (file.speed.size() != size_t(kDayArray) || file.engine.size() != size_t(kDayArray) ||
         (!file.half.empty() && file.half.size() != size_t(kHalfArray)))
@@ -199,7 +201,12 @@ void Write_Day_File(const QString& localPath, const DayFile& file)
     Append(bytes, file.engine);
     if (!file.half.empty())
         Append(bytes, file.half);
-    Write_Whole_File(localPath, bytes);
+    return bytes;
+}
+
+void Write_Day_File(const QString& localPath, const DayFile& file)
+{
+    Write_Whole_File(localPath, Day_File_Bytes(file));
 }
 
 void Merge_Entries(std::span<uint8_t> stored, std::span<const uint8_t> added, int from, int to)
@@ -245,7 +252,7 @@ int16_t Cls_DB::DB_Save_D_D2(const QString& car, const QString& driver, std::spa
     return Saved(kErrSave_D_D2, [&] {
         const QString series = Minute_Distance_Series(distance);
         Need(half, kHalfArray, "half-second");
-        Merge_Day_File(Day_File_Name(car, driver, day), speed, engine, half);
+        Merge_Day_File(*this, Day_File_Name(car, driver, day), speed, engine, half);
         Merge_Minute_Distance(*this, Key(car, driver, day), series);
     });
 }
@@ -257,13 +264,11 @@ int16_t Cls_DB::DB_Save_D_D2_130(const QString& car, const QString& driver, std:
         // This recorder brings no half seconds; the file still carries the
         // array (of zeros, or as an earlier recording left it).
         const std::vector<uint8_t> half(kHalfArray, 0);
-        Merge_Day_File(Day_File_Name(car, driver, day), speed, engine, half);
-        const QString stat = Local_Path(QStringLiteral("\\static"));
-        QDir().mkpath(stat);
-        const QString from = Local_Path(Day_File_Name(car, driver, day));
-        const QString to = Local_Path(Static_File_Name(car, driver, day));
-        QByteArray bytes = Read_All(from);
-        Write_Whole_File(to, bytes);
+        Merge_Day_File(*this, Day_File_Name(car, driver, day), speed, engine, half);
+        // The copy in "\static" stays a file of this machine.
+        QDir().mkpath(Local_Path(QStringLiteral("\\static")));
+        const QByteArray bytes = Read_Day_Bytes(*this, Find_Day_File(*this, Day_File_Name(car, driver, day)));
+        Write_Whole_File(Local_Path(Static_File_Name(car, driver, day)), bytes);
     });
 }
 
@@ -277,7 +282,7 @@ int16_t Cls_DB::DB_Save_D_D2_file(const QString& car, const QString& driver, std
         for (int m = 1; m <= kDayMinutes; ++m)
             metres[m] = float(distanceBytes[2 * m - 1]) * 100.0f + float(distanceBytes[2 * m]);
         const QString series = Minute_Distance_Series(metres);
-        Merge_Day_File(Day_File_Name(car, driver, day), speed, engine, {});
+        Merge_Day_File(*this, Day_File_Name(car, driver, day), speed, engine, {});
         Merge_Minute_Distance(*this, Key(car, driver, day), series);
     });
 }
@@ -366,25 +371,29 @@ Hour_Seconds Cls_DB::DB_Search_SecData(const QString& car, const QString& driver
     Hour_Seconds found;
     Guarded(kErrSearch_SecData, [&] {
         // Older files carry no driver in their name; those come first.
-        QString path = Local_Path(Day_Folder_Name(car, day) + QLatin1Char('\\') + day + QStringLiteral(".vex"));
-        if (!QFileInfo(path).isFile()) {
-            path = Local_Path(Day_File_Name(car, driver, day));
-            if (!QFileInfo(path).isFile())
-                return;
-        }
-        QFile f(path);
-        if (!f.open(QIODevice::ReadOnly))
-            throw RunTimeError(QStringLiteral("Permission denied: ") + path);
-
+        const Day_File_Ref ref = Find_Day_File(*this, car, driver, day);
+        if (!ref.Found())
+            return;
+        // An hour is a seek and two reads of a file; a server's row comes
+        // whole.
+        QFile f(ref.path);
+        QByteArray whole;
+        if (ref.path.isEmpty())
+            whole = Read_Day_Bytes(*this, ref);
+        else if (!f.open(QIODevice::ReadOnly))
+            throw RunTimeError(QStringLiteral("Permission denied: ") + ref.path);
+        auto Read_At = [&](qint64 at) {
+            if (ref.path.isEmpty())
+                return whole.mid(at, 3600);
+            if (!f.seek(at))
+                throw RunTimeError(QStringLiteral("Bad record number"));
+            return f.read(3600);
+        };
         auto Read_Hour = [&](int h, QByteArray& sp, QByteArray& en) {
-            if (!f.seek(qint64(h) * 3600))
-                throw RunTimeError(QStringLiteral("Bad record number"));
-            sp = f.read(3600);
-            if (!f.seek(kDayArray + qint64(h) * 3600))
-                throw RunTimeError(QStringLiteral("Bad record number"));
-            en = f.read(3600);
+            sp = Read_At(qint64(h) * 3600);
+            en = Read_At(kDayArray + qint64(h) * 3600);
             if (sp.size() != 3600 || en.size() != 3600)
-                throw RunTimeError(QStringLiteral("Input past end of file: ") + path);
+                throw RunTimeError(QStringLiteral("Input past end of file: ") + ref.Name());
         };
 
         QByteArray sp, en;
@@ -412,7 +421,7 @@ Hour_Seconds Cls_DB::DB_Search_SecData(const QString& car, const QString& driver
         }
 
         const QString hh = hour.isEmpty() ? QStringLiteral("00") : hour;
-        found = Hour_Seconds{path,
+        found = Hour_Seconds{ref.Name(),
                              std::vector<uint8_t>(sp.begin(), sp.end()),
                              std::vector<uint8_t>(en.begin(), en.end()),
                              hh + QStringLiteral("0000"),

@@ -50,8 +50,10 @@ QString Local_Path(const QString& systemPath);
 DayFile Read_Day_File(const QString& localPath);
 // The same of bytes read already; localPath names them in a refusal.
 DayFile Day_File_Of(const QByteArray& bytes, const QString& localPath);
-// Writes the arrays (the half-second one when not empty) beside the target
-// and renames; throws RunTimeError on a failure, the old file left whole.
+// The bytes of a day file: the arrays, the half-second one when not empty.
+// Throws RunTimeError for arrays of the wrong length.
+QByteArray Day_File_Bytes(const DayFile& file);
+// Those bytes as a file of this machine, beside the target and renamed.
 void Write_Day_File(const QString& localPath, const DayFile& file);
 void Write_Whole_File(const QString& localPath, const QByteArray& bytes);
 

@@ -4,6 +4,7 @@
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
+#include "store/Day_Store.h"
 #include "store/DayFile.h"
 
 #include <cmath>
@@ -230,7 +231,7 @@ int16_t Save_From_Day_File(Cls_DB& db, int16_t code, QString& car, QString& driv
     int16_t flag = 0;
     const bool ok = Guarded(code, [&] {
         const Cls_Config& cfg = *G().Config;
-        const DayFile file = Read_Day_File(Local_Path(Day_File_Name(car, driver, day)));
+        const DayFile file = Read_Day_File(db, Find_Day_File(db, Day_File_Name(car, driver, day)));
 
         EventLimits limits;
         limits.limit = float(cfg.B_Val3);

@@ -34,7 +34,7 @@ QSqlQuery& Exec(Cls_DB& db, const QString& sql, const QVariantList& values)
     QSqlQuery& q = db.Prepared(sql);
     for (int i = 0; i < values.size(); ++i)
         q.bindValue(i, values[i]);
-    if (!q.exec()) {
+    if (!db.Exec(q)) {
         const QString error = q.lastError().text();
         q.finish();
         db.Engine_Failure(error + QStringLiteral(" [") + sql + QLatin1Char(']'));
@@ -141,9 +141,19 @@ void Recordset::Insert_Row()
     }
     if (cols.isEmpty())
         throw RunTimeError(QStringLiteral("AddNew without a field"));
-    Exec(*db_, QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)").arg(table_->name, cols.join(','), marks.join(',')),
-         values)
-        .finish();
+    QString sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)").arg(table_->name, cols.join(','), marks.join(','));
+    // Another PC may have added the key since this one looked for it: on a
+    // server the row it finds is overwritten, as the key's row would have
+    // been had it been there a moment earlier, instead of failing the save.
+    if (table_->primaryKey && db_->Dialect() == Engine::Postgres) {
+        QStringList sets;
+        for (const QString& c : cols)
+            if (!table_->key.contains(c, Qt::CaseInsensitive))
+                sets << c + QStringLiteral("=EXCLUDED.") + c;
+        sql += QStringLiteral(" ON CONFLICT (%1) DO ").arg(table_->key.join(','));
+        sql += sets.isEmpty() ? QStringLiteral("NOTHING") : QStringLiteral("UPDATE SET ") + sets.join(',');
+    }
+    Exec(*db_, sql, values).finish();
 }
 
 void Recordset::Update_Row()

@@ -5,6 +5,7 @@
 #include "analysis/New_Standards.h"
 #include "analysis/Standards.h"
 #include "store/DayFile.h"
+#include "store/Day_Store.h"
 #include "store/EventDetector.h"
 #include "store/Job_Runner.h"
 #include "store/IngestFixture.h"
@@ -30,13 +31,11 @@ protected:
         Put("D_D1", key, fields);
     }
     void Car(const QString& car, const QVariant& limit) { Put("S_D1", car, {"D_F10", limit}); }
-    // A day file of the trip under \pack with the arrays given.
+    // A day file of the trip (under \pack, or the server's row) with the
+    // arrays given.
     void Day_File(const QString& key, const std::vector<uint8_t>& speed, const std::vector<uint8_t>& engine)
     {
-        DayFile f{speed, engine, {}};
-        const QString path = app.Path("pack/" + key.left(6) + "/" + key.right(6) + "/" + key.right(6) + key.mid(6, 6) + ".vex");
-        QDir().mkpath(QFileInfo(path).path());
-        Write_Day_File(path, f);
+        Store_Day_Bytes(*db, Day_File_Path_Of_Key(key), Day_File_Bytes(DayFile{speed, engine, {}}));
     }
     std::vector<int> Row(const QString& key)
     {
@@ -190,7 +189,7 @@ TEST_P(Recount, WhatCantBeRecountedStaysAndSaysSo)
     const QString b = "000100000300260106";
     Trip(b, 1000, {4, 5, 0, 6, 7, 0, 0, 0, 0});
     Put("D_D3", b, {"D_F2", Series({})});
-    app.Write_File("pack/000100/260106/260106000300.vex", QByteArray(1000, '\1'));
+    Store_Day_Bytes(*db, Day_File_Path_Of_Key(b), QByteArray(1000, '\1'));
     // A minute series that isn't hexadecimal: the trip stays as it was.
     const QString c = "000100000400260106";
     Trip(c, 10, {1, 1, 1, 1, 1, 1, 1, 1, 1});

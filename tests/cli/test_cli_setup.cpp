@@ -138,7 +138,7 @@ TEST(CliSetup, HelpReadmeAndManualNameEveryCommandAndKind)
         if (at >= 0)
             kinds = line.mid(at + 16).trimmed().split('|');
     }
-    EXPECT_EQ(commands.size(), 29) << commands.join(' ').toStdString();
+    EXPECT_EQ(commands.size(), 30) << commands.join(' ').toStdString();
     EXPECT_EQ(kinds.size(), 18) << kinds.join(' ').toStdString();
 
     const QString root = QStringLiteral(VEX_TEST_SUPPORT) + "/../..";

@@ -149,7 +149,7 @@ TEST_F(Remote, UntrustedNamesAndACutDownload)
     EXPECT_FALSE(Plain_Remote_Name("a\\b.zip"));
     EXPECT_FALSE(Plain_Remote_Name(":res.zip"));
     EXPECT_TRUE(Plain_Remote_Name("12AB00260105093000.vex"));
-    EXPECT_EQ(Trip_File_Target("/x/12AB00260105093000.vex"), app.Path("pack/12AB00/260105/260105093000.vex"));
+    EXPECT_EQ(Trip_File_Target("/x/12AB00260105093000.vex"), "\\pack\\12AB00\\260105\\260105093000.vex");
     EXPECT_TRUE(Trip_File_Target("/x/../../etc/passwd.vex").isEmpty());
 
     // A big file on a slow server, stopped half way.

@@ -1,6 +1,7 @@
 // Day files of second data, their merge, the minute distance and the
 // monthly file.
 #include "store/DayFile.h"
+#include "store/Day_Store.h"
 #include "core/Hour_Seconds.h"
 #include "store/IngestFixture.h"
 
@@ -24,8 +25,14 @@ protected:
         std::fill(metres.begin(), metres.end(), 0.0f);
     }
     int16_t Save() { return db->DB_Save_D_D2("000100", "000200", speed, engine, metres, "240131", half); }
+    // A file of the application folder; a day file under "pack/" wherever
+    // the engine keeps it.
     QByteArray File(const QString& rel)
     {
+        if (rel.startsWith("pack/")) {
+            const Day_File_Ref ref = Find_Day_File(*db, "\\" + QString(rel).replace('/', '\\'));
+            return ref.Found() ? Read_Day_Bytes(*db, ref) : QByteArray();
+        }
         QFile f(app.Path(rel));
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
@@ -56,7 +63,7 @@ TEST_P(DayFiles, RecordingsMergeFirstSecondWinsGapsFilled)
     metres[182] = 50;  // 0.05 km: "01"
     ASSERT_EQ(Save(), -1) << Err_Last().toStdString();
 
-    const DayFile f = Read_Day_File(app.Path(vex));
+    const DayFile f = Day_File_Of(File(vex), vex);
     EXPECT_EQ(f.speed[3600], 30);
     EXPECT_EQ(f.speed[5000], 30);
     EXPECT_EQ(f.speed[5001], 61);
@@ -86,7 +93,7 @@ TEST_P(DayFiles, BrokenFilesAbandonTheSaveAndFilesAreWrittenWhole)
     const QByteArray before = File(vex);
 
     // A truncated day file is refused: nothing merged, D_D7 not reached.
-    app.Write_File(vex, before.left(100000));
+    Store_Day_Bytes(*db, "\\" + QString(vex).replace('/', '\\'), before.left(100000));
     metres[5] = 1000;
     EXPECT_EQ(Save(), 0);
     EXPECT_TRUE(Err_Last().contains("DB_Save_D_D2"));
@@ -94,7 +101,7 @@ TEST_P(DayFiles, BrokenFilesAbandonTheSaveAndFilesAreWrittenWhole)
     EXPECT_EQ(Text("D_D7", key, "D_F2"), QString(2880, '0'));
 
     // A file of the two first arrays is whole; the half seconds join it.
-    app.Write_File(vex, before.left(kDayFileTwo));
+    Store_Day_Bytes(*db, "\\" + QString(vex).replace('/', '\\'), before.left(kDayFileTwo));
     half[3] = 4;
     ASSERT_EQ(Save(), -1);
     EXPECT_EQ(File(vex).size(), kDayFileFull);
@@ -162,7 +169,7 @@ TEST_P(DayFiles, HourReadAndTheScanOfHourZero)
     engine[7 * 3600 + 2] = 0x11;
     ASSERT_EQ(Save(), -1);
     Hour_Seconds read = db->DB_Search_SecData("000100", "000200", "240131", hour);
-    EXPECT_EQ(read.path, app.Path(vex));
+    EXPECT_EQ(read.path, Find_Day_File(*db, "000100", "000200", "240131").Name());
     EXPECT_EQ(hour, "07");
     EXPECT_EQ(read.startTime, "070000");
     EXPECT_EQ(read.endTime, "075959");
@@ -182,7 +189,8 @@ TEST_P(DayFiles, HourReadAndTheScanOfHourZero)
     // A file named without the driver is taken first.
     std::vector<uint8_t> other(kDayFileTwo, 0);
     other[3600 * 2] = 5;
-    app.Write_File("pack/000100/240131/240131.vex", QByteArray(reinterpret_cast<const char*>(other.data()), kDayFileTwo));
+    Store_Day_Bytes(*db, "\\pack\\000100\\240131\\240131.vex",
+                    QByteArray(reinterpret_cast<const char*>(other.data()), kDayFileTwo));
     hour = "";
     db->DB_Search_SecData("000100", "000200", "240131", hour);
     EXPECT_EQ(hour, "02");

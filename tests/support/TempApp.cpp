@@ -135,6 +135,7 @@ DbTarget Fresh_Target(Backend b, const TempApp& app)
     QStringList drops;
     for (const Table& t : Schema_Tables())
         drops << QStringLiteral("DROP TABLE IF EXISTS ") + t.name;
+    drops << QStringLiteral("DROP TABLE IF EXISTS X_DAYFILE");
     Admin(odbc, odbc.database, drops);
     return Parse_DB_Server(QStringLiteral("DSN=vextest"), app.Dir());
 }
