@@ -14,6 +14,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <algorithm>
+#include <thread>
 
 namespace vex {
 
@@ -88,45 +90,64 @@ Day_File_Ref Trip_Day_File(Cls_DB& db, const QString& packDir, const QString& ca
     return {};
 }
 
-Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip)
+Trip_Reading Read_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip)
 {
-    Trip_Recount t = Stored(trip);
-    const QString key = trip.Text(QStringLiteral("D_F1"));
+    Trip_Reading r;
+    r.stored = Stored(trip);
+    r.key = trip.Text(QStringLiteral("D_F1"));
     const QString car = trip.Text(QStringLiteral("D_F2"));
     const QString driver = trip.Text(QStringLiteral("D_F3"));
-    const QString day = key.right(6);
-    bool found = false;
+    const QString day = r.key.right(6);
 
     // 1. The distance: the stored minute cells, flags of the pack cleared,
     // else the row's own figure. A row without a number there counts none.
-    float tenths = 0;
     const QVariant stored = trip.Field(QStringLiteral("D_F8"));
     if (!stored.isNull() && Is_Numeric(stored.toString())) {
-        tenths = float(Val(stored.toString()));
-        QString cells = First_Text(db, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), key, found);
+        r.tenths = float(Val(stored.toString()));
+        bool found = false;
+        QString cells = First_Text(db, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), r.key, found);
         if (found) {
             Clear_Pack_Distance_Flags(cells);
-            tenths = float(Sum_Distance_Cells(cells));
+            r.tenths = float(Sum_Distance_Cells(cells));
         }
     }
 
     // 4. The limit: the car's own when it has one, even "0"; else the
     // standard speed.
-    double limit = standards.B_Val3;
+    r.limit = standards.B_Val3;
     {
         Recordset s1 = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
         if (s1.RecordCount() > 0) {
             const QVariant own = s1.Field(QStringLiteral("D_F10"));
             if (!own.isNull() && !own.toString().isEmpty())
-                limit = Val(own.toString());
+                r.limit = Val(own.toString());
         }
     }
 
+    r.secData = First_Text(db, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), r.key, r.hasSpeed);
+
+    const Day_File_Ref dayFile = Trip_Day_File(db, standards.U_PackDir, car, driver, day);
+    if (dayFile.Found()) {
+        try {
+            r.dayBytes = Read_Day_Bytes(db, dayFile);
+            r.dayName = dayFile.Name();
+            r.hasDayFile = true;
+        } catch (const RunTimeError& e) {
+            r.note = QStringLiteral("%1: day file not used, the old event counts stay: %2")
+                         .arg(r.key, QString::fromUtf8(e.what()));
+        }
+    }
+    return r;
+}
+
+Trip_Recount Count_Trip(const Cls_Config& standards, Trip_Reading& r)
+{
+    Trip_Recount t = r.stored;
+
     // 3, 5. Overspeed minutes and bands from the minute speed; a trip
     // without one keeps them.
-    const QString secData = First_Text(db, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), key, found);
-    if (found) {
-        const Overspeed_Minutes over = Count_Overspeed_Minutes(secData, limit);
+    if (r.hasSpeed) {
+        const Overspeed_Minutes over = Count_Overspeed_Minutes(r.secData, r.limit);
         t.overspeed = over.count;
         t.band1 = over.band1;
         t.band2 = over.band2;
@@ -135,18 +156,21 @@ Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Records
 
     // 6, 7. The events of the seconds; without a readable day file the old
     // counts stay.
-    const Day_File_Ref dayFile = Trip_Day_File(db, standards.U_PackDir, car, driver, day);
-    if (dayFile.Found()) {
+    if (r.hasDayFile) {
         try {
-            const DayFile file = Read_Day_File(db, dayFile);
+            // The two arrays where they lie in the bytes, checked as a read
+            // checks them; the half seconds are no concern of the recount.
+            Check_Day_File_Size(r.dayBytes.size(), r.dayName);
+            const auto* bytes = reinterpret_cast<const uint8_t*>(r.dayBytes.constData());
+            const std::span<const uint8_t> speed(bytes, kDayArray), engine(bytes + kDayArray, kDayArray);
             EventLimits limits;
-            limits.limit = float(limit);
+            limits.limit = float(r.limit);
             limits.quickAccel = standards.B_Val10;
             limits.quickBrake = standards.B_Val9;
             limits.longOverMinutes = standards.B_Val11;
             limits.idleMinutes = standards.B_Val12;
             limits.firstSecond = 0; // the seconds of the day, 00:00:00 to 23:59:59
-            const DayEvents ev = Detect_Day_Events(file.speed, file.engine, limits);
+            const DayEvents ev = Detect_Day_Events(speed, engine, limits);
             t.acceleration = To16(ev.Acceleration);
             t.brake = To16(ev.Brack);
             // Old trips count one idle event a period longer than the
@@ -155,15 +179,59 @@ Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Records
             t.longOver = ev.LKEngin;
             t.dayFile = true;
         } catch (const RunTimeError& e) {
-            Err_Proc(kErrCommand3, QStringLiteral("%1: day file not used, the old event counts stay: %2")
-                                       .arg(key, QString::fromUtf8(e.what())));
+            r.note = QStringLiteral("%1: day file not used, the old event counts stay: %2")
+                         .arg(r.key, QString::fromUtf8(e.what()));
         }
     }
 
     // 8. The mark.
-    t.mark = Mark_Of(standards, t.overspeed, float(t.acceleration), float(t.brake), t.idle, t.longOver, tenths);
+    t.mark = Mark_Of(standards, t.overspeed, float(t.acceleration), float(t.brake), t.idle, t.longOver, r.tenths);
     return t;
 }
+
+Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip)
+{
+    Trip_Reading r = Read_Trip(db, standards, trip);
+    const Trip_Recount t = Count_Trip(standards, r);
+    if (!r.note.isEmpty())
+        Err_Proc(kErrCommand3, r.note);
+    return t;
+}
+
+namespace {
+
+// A trip on its way through the recount: read on the connection's thread,
+// counted on any, written on the connection's thread.
+struct Trip_Work {
+    int row = 0;
+    Trip_Reading reading;
+    Trip_Recount after;
+    QString failure; // why the trip stays as it was
+};
+
+// Counts a batch of trips on the processors of the machine; the counting
+// touches no database and no shared state.
+std::vector<std::thread> Count_Batch(const Cls_Config& standards, std::vector<Trip_Work>& batch, unsigned threads)
+{
+    std::vector<std::thread> running;
+    for (unsigned k = 0; k < threads; ++k)
+        running.emplace_back([&standards, &batch, k, threads] {
+            for (size_t i = k; i < batch.size(); i += threads) {
+                Trip_Work& w = batch[i];
+                if (!w.failure.isEmpty())
+                    continue;
+                try {
+                    w.after = Count_Trip(standards, w.reading);
+                } catch (const RunTimeError& e) {
+                    w.failure = QString::fromUtf8(e.what());
+                }
+                w.reading.dayBytes.clear(); // the batch's memory stays small
+            }
+        });
+    return running;
+}
+
+} // namespace
 
 Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
                                     const std::function<void(int, int)>& progress, const std::function<bool()>& cancelled)
@@ -175,40 +243,100 @@ Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
         return summary;
     }
     summary.total = trips.RecordCount();
-    for (trips.MoveFirst(); !trips.EOF_(); trips.MoveNext()) {
-        if (cancelled && cancelled()) {
-            summary.cancelled = true;
+
+    // A batch of trips is counted on every processor while this thread
+    // writes the batch before and reads the batch after: the reads and the
+    // writes stay on the connection's thread, one writer, and each trip is
+    // still written (committed) by itself as soon as it is counted.
+    constexpr int kBatch = 16;
+    const unsigned threads = std::max(1u, std::thread::hardware_concurrency());
+    std::vector<Trip_Work> counting, written;
+    std::vector<std::thread> running;
+    int next = 0;
+
+    auto Read_Batch = [&] {
+        std::vector<Trip_Work> batch;
+        for (; next < summary.total && int(batch.size()) < kBatch; ++next) {
+            if (cancelled && cancelled()) {
+                summary.cancelled = true;
+                break;
+            }
+            Trip_Work w;
+            w.row = next;
+            trips.Set_Position(next);
+            if (!Guarded(kErrCommand3, [&] { w.reading = Read_Trip(db, standards, trips); }))
+                w.failure = Err_Last();
+            batch.push_back(std::move(w));
+        }
+        return batch;
+    };
+    auto Write_Batch = [&](std::vector<Trip_Work>& batch) {
+        for (Trip_Work& w : batch) {
+            // A cancel stops the writes at once: the trips counted ahead of
+            // it stay as they were.
+            if (cancelled && cancelled()) {
+                summary.cancelled = true;
+                return;
+            }
+            trips.Set_Position(w.row);
+            if (!w.reading.note.isEmpty())
+                Err_Proc(kErrCommand3, w.reading.note);
+            const bool ok = w.failure.isEmpty() && Guarded(kErrCommand3, [&] {
+                const Trip_Recount& after = w.after;
+                if (!after.dayFile)
+                    ++summary.withoutDayFile;
+                // 9. One statement: the row is old or new, never half.
+                trips.Set(trip_col::Accelerations, after.acceleration);
+                trips.Set(trip_col::Brakes, after.brake);
+                trips.Set(trip_col::Overspeed_Minutes, after.overspeed);
+                trips.Set(trip_col::Idles, after.idle);
+                trips.Set(trip_col::Long_Overspeeds, after.longOver);
+                trips.Set(trip_col::Mark, Val(after.mark));
+                trips.Set(trip_col::Over_Band1, after.band1);
+                trips.Set(trip_col::Over_Band2, after.band2);
+                trips.Set(trip_col::Over_Band3, after.band3);
+                // The write waits for a reception that holds the database.
+                Cls_DB::Batch write(db);
+                trips.Update();
+                if (!Same(w.reading.stored, after))
+                    ++summary.changed;
+            });
+            if (!ok) {
+                if (!w.failure.isEmpty())
+                    Err_Proc(kErrCommand3, w.failure);
+                ++summary.failed;
+                Err_Proc(kErrCommand3, QStringLiteral("%1 left as it was").arg(trips.Text(QStringLiteral("D_F1"))));
+            }
+            ++summary.done;
+            if (progress)
+                progress(summary.done, summary.total);
+        }
+    };
+
+    auto Join = [&] {
+        for (std::thread& t : running)
+            t.join();
+        running.clear();
+    };
+    for (;;) {
+        std::vector<Trip_Work> batch = Read_Batch();
+        Join();
+        written.swap(counting);
+        counting = std::move(batch);
+        running = Count_Batch(standards, counting, threads);
+        try {
+            Write_Batch(written);
+        } catch (...) {
+            Join(); // a cancel thrown from the progress: the counters end first
+            throw;
+        }
+        written.clear();
+        if (counting.empty() || summary.cancelled)
             break;
-        }
-        const bool ok = Guarded(kErrCommand3, [&] {
-            const Trip_Recount before = Stored(trips);
-            const Trip_Recount after = Recount_Trip(db, standards, trips);
-            if (!after.dayFile)
-                ++summary.withoutDayFile;
-            // 9. One statement: the row is old or new, never half.
-            trips.Set(trip_col::Accelerations, after.acceleration);
-            trips.Set(trip_col::Brakes, after.brake);
-            trips.Set(trip_col::Overspeed_Minutes, after.overspeed);
-            trips.Set(trip_col::Idles, after.idle);
-            trips.Set(trip_col::Long_Overspeeds, after.longOver);
-            trips.Set(trip_col::Mark, Val(after.mark));
-            trips.Set(trip_col::Over_Band1, after.band1);
-            trips.Set(trip_col::Over_Band2, after.band2);
-            trips.Set(trip_col::Over_Band3, after.band3);
-            // The write waits for a reception that holds the database.
-            Cls_DB::Batch write(db);
-            trips.Update();
-            if (!Same(before, after))
-                ++summary.changed;
-        });
-        if (!ok) {
-            ++summary.failed;
-            Err_Proc(kErrCommand3, QStringLiteral("%1 left as it was").arg(trips.Text(QStringLiteral("D_F1"))));
-        }
-        ++summary.done;
-        if (progress)
-            progress(summary.done, summary.total);
     }
+    Join();
+    if (!summary.cancelled)
+        Write_Batch(counting);
     return summary;
 }
 

@@ -50,12 +50,36 @@ struct Recount_Summary {
 Day_File_Ref Trip_Day_File(Cls_DB& db, const QString& packDir, const QString& car, const QString& driver,
                            const QString& day);
 
-// The figures of the trip at the current row of a "SELECT * FROM D_D1"
-// under the standards (no write). Throws RunTimeError on what it can't read.
+// What the recount of a trip reads: the trip's row, its minute distance and
+// speed, the car's limit and the bytes of its day file.
+struct Trip_Reading {
+    Trip_Recount stored; // the row's figures as they are
+    QString key;
+    float tenths = 0;    // distance, tenths of a km
+    double limit = 0;    // km/h
+    bool hasSpeed = false;
+    QString secData;     // D_D3's minute speed
+    bool hasDayFile = false;
+    QByteArray dayBytes;
+    QString dayName;
+    QString note;        // why the day file was not used, for the log
+};
+
+// The reading of the trip at the current row of a "SELECT * FROM D_D1".
+// Throws RunTimeError on what it can't read.
+Trip_Reading Read_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip);
+// The figures of a reading under the standards: no database, no shared
+// state, so trips are counted side by side on every processor. A day file
+// that can't be used leaves its note. Throws RunTimeError on a minute series
+// it can't read.
+Trip_Recount Count_Trip(const Cls_Config& standards, Trip_Reading& reading);
+// Both, on the calling thread (no write).
 Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip);
 
-// Every trip, row after row; progress(done, total) after each, cancel read
-// between trips. A trip that fails is logged and left as it was. The windows
+// Every trip: read and written on db's thread, counted on every processor,
+// each row committed as soon as it is counted; progress(done, total) after
+// each written trip, cancel read between trips read. A trip that fails is
+// logged and left as it was. The windows
 // and vexcli run it through a Job_Runner, on the worker's own connection.
 Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
                                     const std::function<void(int, int)>& progress,

@@ -82,6 +82,10 @@ Optimise_Result Optimise(Cls_DB& live)
     r.before = QFileInfo(t.database).size();
     r.ok = Guarded(kErrOptimise, [&] {
         QFile::remove(part);
+        // The write-ahead log folded into the file first: the file alone
+        // then holds every row, and the close of the last connection, which
+        // folds the log in as well, leaves the file as fingerprinted.
+        live.Execute_Unprepared(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
         const QByteArray source = Db_Fingerprint(t.database);
         live.Execute(QStringLiteral("VACUUM INTO ?"), {part});
         // A write of another program between the fingerprint and the copy
@@ -123,6 +127,11 @@ Compaction_Takeover Take_Over_Compaction(const QString& appDir)
         QFile::remove(sourceFile);
         return Compaction_Takeover::Stale;
     }
+    // The live file's write-ahead log is empty here (a log that holds
+    // anything changes the fingerprint); neither it nor its index may stay
+    // beside the new file.
+    for (const char* side : {"-wal", "-shm"})
+        QFile::remove(live + QLatin1String(side));
     const QString swap = live + QStringLiteral(".swap");
     QFile::remove(swap);
     if (!QFile::copy(pending, swap))

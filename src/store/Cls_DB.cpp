@@ -24,6 +24,33 @@ QString New_Connection_Name()
     return QStringLiteral("vex-db-%1").arg(counter.fetchAndAddRelaxed(1));
 }
 
+// The live database keeps a write-ahead log: a commit appends to the log
+// and needs no flush of the disk, while a crash of the program loses no
+// committed row (the log is read back at the next open), and readers go on
+// while a reception writes. Only the live file: the other databases (the
+// export database, work copies) are copied as files, which must hold all
+// their rows. The mode stays with the file; the log is folded back into it
+// when its last connection closes.
+bool Is_Live_File(const QString& path)
+{
+    const Globals& g = G();
+    if (g.DB_Server.isEmpty())
+        return false;
+    const DbTarget live = Parse_DB_Server(g.DB_Server, g.App_Dir);
+    return live.engine == Engine::Sqlite
+           && QFileInfo(live.database).canonicalFilePath() == QFileInfo(path).canonicalFilePath();
+}
+
+void Use_Write_Ahead_Log(QSqlDatabase& db)
+{
+    QSqlQuery q(db);
+    if (Is_Live_File(db.databaseName()))
+        q.exec(QStringLiteral("PRAGMA main.journal_mode=WAL"));
+    if (q.exec(QStringLiteral("PRAGMA main.journal_mode")) && q.next()
+        && q.value(0).toString().compare(QLatin1String("wal"), Qt::CaseInsensitive) == 0)
+        q.exec(QStringLiteral("PRAGMA synchronous=NORMAL"));
+}
+
 } // namespace
 
 Cls_DB::Cls_DB() : Cls_DB(Parse_DB_Server(G().DB_Server, G().App_Dir)) {}
@@ -63,6 +90,8 @@ bool Cls_DB::DB_Connection()
             throw RunTimeError(db.lastError().text());
         if (target_.engine == Engine::Sqlite && !Register_Sqlite_Functions(db))
             throw RunTimeError(QStringLiteral("SQLite functions could not be registered"));
+        if (target_.engine == Engine::Sqlite)
+            Use_Write_Ahead_Log(db);
         // A data source is spoken to in the dialect of the server behind it.
         dialect_ = target_.engine;
         if (target_.engine == Engine::Odbc && db.driver()->dbmsType() == QSqlDriver::PostgreSQL)
@@ -84,6 +113,7 @@ bool Cls_DB::DB_Connection()
 void Cls_DB::DB_DConnection()
 {
     statements_.clear();
+    translated_.clear();
     if (QSqlDatabase::contains(name_)) {
         {
             QSqlDatabase db = QSqlDatabase::database(name_, false);
@@ -116,12 +146,23 @@ QSqlQuery& Cls_DB::Prepared(const QString& sql)
     return *statements_.insert(sql, q);
 }
 
+const QString& Cls_DB::Translated(const QString& sql)
+{
+    auto it = translated_.find(sql);
+    if (it == translated_.end()) {
+        if (translated_.size() > 500) // variants of rewrites pile up; start over
+            translated_.clear();
+        it = translated_.insert(sql, Translate_Sql(sql, dialect_));
+    }
+    return *it;
+}
+
 void Cls_DB::Execute(const QString& sql, const QVariantList& values)
 {
     if (!open_)
         Engine_Failure(QStringLiteral("Operation is not allowed when the object is closed."));
     QSqlQuery q(QSqlDatabase::database(name_, false));
-    const QString translated = Translate_Sql(sql, dialect_);
+    const QString translated = Translated(sql);
     if (!Step([&] { return q.prepare(translated); }))
         Engine_Failure(q.lastError().text());
     for (const QVariant& v : values)

@@ -112,6 +112,10 @@ public:
     // True inside a batch or a transaction on this connection.
     bool In_Transaction() const { return mode_ != Write_Mode::None; }
 
+    // A statement of the system in the connection's dialect, translated once
+    // for the life of the connection.
+    const QString& Translated(const QString& sql);
+
     // A statement that returns no rows ("DELETE * FROM D_H").
     void Execute(const QString& sql, const QVariantList& values = {});
     // A statement sent as it stands, in autocommit: for the few that a
@@ -233,6 +237,7 @@ private:
     QString name_;
     Engine dialect_ = Engine::Sqlite;
     QHash<QString, QSqlQuery> statements_;
+    QHash<QString, QString> translated_;
     int state_ = 0;
     bool open_ = false;
     int failures_ = 0;

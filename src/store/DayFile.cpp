@@ -169,11 +169,16 @@ DayFile Read_Day_File(const QString& localPath)
     return Day_File_Of(Read_All(localPath), localPath);
 }
 
+void Check_Day_File_Size(qint64 size, const QString& name)
+{
+    if (size != kDayFileTwo && size < kDayFileFull)
+        throw RunTimeError(QStringLiteral("Input past end of file: %1 holds %2 bytes").arg(name).arg(size));
+}
+
 DayFile Day_File_Of(const QByteArray& bytes, const QString& localPath)
 {
     const qint64 n = bytes.size();
-    if (n != kDayFileTwo && n < kDayFileFull)
-        throw RunTimeError(QStringLiteral("Input past end of file: %1 holds %2 bytes").arg(localPath).arg(n));
+    Check_Day_File_Size(n, localPath);
     DayFile file;
     file.speed = Slice(bytes, 0, kDayArray);
     file.engine = Slice(bytes, kDayArray, kDayArray);

@@ -48,6 +48,9 @@ QString Local_Path(const QString& systemPath);
 // Throws RunTimeError when the file is missing, unreadable, or shorter than
 // its arrays.
 DayFile Read_Day_File(const QString& localPath);
+// Throws RunTimeError when size bytes are no whole day file: neither the two
+// first arrays nor all three.
+void Check_Day_File_Size(qint64 size, const QString& name);
 // The same of bytes read already; localPath names them in a refusal.
 DayFile Day_File_Of(const QByteArray& bytes, const QString& localPath);
 // The bytes of a day file: the arrays, the half-second one when not empty.

@@ -8,6 +8,7 @@
 #include "store/DayFile.h"
 
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 namespace vex {
@@ -134,8 +135,28 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
     Period overNow{}, idleNow{};
     int p = 0; // speed of the second before
 
+    // Seconds of neither speed nor engine, after a second without speed and
+    // outside any period, change nothing: such runs (the night, the stops
+    // with the engine off) are passed over eight at a time. Thresholds that
+    // would count a standing second (no rise needed, a limit below 0) take
+    // every second.
+    const bool quietIsNothing = limits.quickAccel > 0 && limit >= 0.0f;
     const int lastSecond = limits.firstSecond + kDaySeconds - 1;
     for (int i = limits.firstSecond; i <= lastSecond; ++i) {
+        if (quietIsNothing && p == 0 && !over && !idle) {
+            while (i + 8 <= lastSecond + 1) {
+                uint64_t a, b;
+                std::memcpy(&a, speed.data() + i, 8);
+                std::memcpy(&b, engine.data() + i, 8);
+                if ((a | b) != 0)
+                    break;
+                i += 8;
+            }
+            while (i <= lastSecond && speed[i] == 0 && engine[i] == 0)
+                ++i;
+            if (i > lastSecond)
+                break;
+        }
         const int v = speed[i];
         const int change = v - p;
 

@@ -47,7 +47,7 @@ QSqlQuery& Exec(Cls_DB& db, const QString& sql, const QVariantList& values)
 Recordset::Recordset(Cls_DB& db, const QString& sql, const QVariantList& values)
     : db_(&db), table_(Single_Table(sql))
 {
-    QSqlQuery& q = Exec(db, Translate_Sql(sql, db.Dialect()), values);
+    QSqlQuery& q = Exec(db, db.Translated(sql), values);
     const QSqlRecord rec = q.record();
     for (int i = 0; i < rec.count(); ++i)
         names_ << rec.fieldName(i);

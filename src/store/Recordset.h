@@ -29,6 +29,8 @@ public:
     bool BOF_() const { return pos_ < 0 || rows_.empty(); }
     void MoveFirst() { pos_ = 0; }
     void MoveNext() { ++pos_; }
+    // The row at a position counted from 0, as a bookmark finds it again.
+    void Set_Position(int position) { pos_ = position; }
     int Position() const { return pos_; }
 
     const QStringList& Field_Names() const { return names_; }
