@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QStringEncoder>
 #include <cmath>
+#include <cstring>
 #include <map>
 
 namespace vex {
@@ -82,7 +83,9 @@ int Speed_Cell(const QString& series, int at)
 }
 
 // value in width digits, "0" prepended; a wider value whole.
-void Append_Number(QByteArray& out, long value, int width)
+// value in decimal digits at p, padded with "0" to width (a longer number
+// keeps its digits); the end of what was written.
+char* Put_Number(char* p, long value, int width)
 {
     char digits[24];
     int n = 0;
@@ -91,30 +94,42 @@ void Append_Number(QByteArray& out, long value, int width)
         value /= 10;
     } while (value > 0 && n < 23);
     for (int i = n; i < width; ++i)
-        out += '0';
+        *p++ = '0';
     while (n > 0)
-        out += digits[--n];
+        *p++ = digits[--n];
+    return p;
 }
 
-// A data line and its CR LF: second -1 is the minute form's "0000".
+char* Put_Bytes(char* p, const QByteArray& bytes)
+{
+    std::memcpy(p, bytes.constData(), size_t(bytes.size()));
+    return p + bytes.size();
+}
+
+// A data line and its CR LF: second -1 is the minute form's "0000". The
+// line is laid down in place at the end of out, a day holding thousands.
 void Append_Data_Line(QByteArray& out, int km, const QByteArray& day, int h, int m, int second, int speed,
                       const QByteArray& engine)
 {
     static const QByteArray tail = QByteArray("0") + QByteArray(35, '0') + "\r\n";
-    Append_Number(out, km, 4);
-    out += "0000000";
-    out += day;
-    Append_Number(out, h, 2);
-    Append_Number(out, m, 2);
+    const qsizetype at = out.size();
+    out.resize(at + 5 * 24 + 11 + day.size() + engine.size() + tail.size());
+    char* p = out.data() + at;
+    p = Put_Number(p, km, 4);
+    p = Put_Bytes(p, QByteArrayLiteral("0000000"));
+    p = Put_Bytes(p, day);
+    p = Put_Number(p, h, 2);
+    p = Put_Number(p, m, 2);
     if (second < 0) {
-        out += "0000";
+        p = Put_Bytes(p, QByteArrayLiteral("0000"));
     } else {
-        Append_Number(out, second, 2);
-        out += "00";
+        p = Put_Number(p, second, 2);
+        p = Put_Bytes(p, QByteArrayLiteral("00"));
     }
-    Append_Number(out, speed, 3);
-    out += engine;
-    out += tail;
+    p = Put_Number(p, speed, 3);
+    p = Put_Bytes(p, engine);
+    p = Put_Bytes(p, tail);
+    out.resize(p - out.constData());
 }
 
 // The header in the desk's code page (the vehicle id may be Korean), CR LF.
@@ -174,6 +189,7 @@ QByteArray Day_Bytes(Cls_DB& db, const Car_Facts& f, const QString& business, co
             while (last >= 0 && speed[size_t(last)] <= 0)
                 --last;
             static const QByteArray noEngine("0000");
+            bytes.reserve(bytes.size() + std::max(0, last - first + 1) * 70);
             for (int k = first; k <= last; ++k)
                 Append_Data_Line(bytes, km[size_t(k)], dayBytes, k / 60, k % 60, -1, speed[size_t(k)], noEngine);
         }
@@ -244,9 +260,9 @@ QString Agency_Engine_Text(int engineByte, float factor)
     const float product = float(engineByte) * 40.0f * factor;
     // Whole products, nearly all of them, without the general formatting.
     if (product == std::floor(product) && product >= 0 && product < 1e7f) {
-        QByteArray digits;
-        Append_Number(digits, long(product), 4);
-        return QString::fromLatin1(digits);
+        char digits[32];
+        const char* end = Put_Number(digits, long(product), 4);
+        return QString::fromLatin1(digits, end - digits);
     }
     return Zero_Pad(QString::number(product, 'g', 7), 4);
 }
