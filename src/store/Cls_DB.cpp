@@ -140,7 +140,11 @@ QSqlQuery& Cls_DB::Prepared(const QString& sql)
     if (statements_.size() > 500) // variants of rewrites pile up; start over
         statements_.clear();
     QSqlQuery q(QSqlDatabase::database(name_, false));
-    q.setForwardOnly(true);
+    // Forward only, except on PostgreSQL's own driver, which then hands the
+    // rows over one at a time and drops those not yet read when the next
+    // statement runs: a batch runs its savepoints between a statement and
+    // the reading of its rows.
+    q.setForwardOnly(target_.driver != QLatin1String("QPSQL"));
     if (!Step([&] { return q.prepare(sql); }))
         Engine_Failure(q.lastError().text() + QStringLiteral(" [") + sql + QLatin1Char(']'));
     return *statements_.insert(sql, q);
