@@ -150,6 +150,19 @@ QSqlQuery& Cls_DB::Prepared(const QString& sql)
     return *statements_.insert(sql, q);
 }
 
+QSqlQuery& Cls_DB::Run_Prepared(const QString& sql, const QVariantList& values)
+{
+    QSqlQuery& q = Prepared(sql);
+    for (int i = 0; i < values.size(); ++i)
+        q.bindValue(i, values[i]);
+    if (!Exec(q)) {
+        const QString error = q.lastError().text();
+        q.finish();
+        Engine_Failure(error + QStringLiteral(" [") + sql + QLatin1Char(']'));
+    }
+    return q;
+}
+
 const QString& Cls_DB::Translated(const QString& sql)
 {
     auto it = translated_.find(sql);

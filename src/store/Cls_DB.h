@@ -106,6 +106,10 @@ public:
     // statement can't be prepared.
     QSqlQuery& Prepared(const QString& sql);
 
+    // Runs a statement of the engine's dialect with its values, prepared
+    // once; the caller reads what it needs and finishes the query. Throws
+    // RunTimeError when the engine refuses it.
+    QSqlQuery& Run_Prepared(const QString& sql, const QVariantList& values);
     // Runs a prepared, bound statement; within a batch on a server under a
     // savepoint of its own. False as exec() answers, the query's error kept.
     bool Exec(QSqlQuery& q);

@@ -8,27 +8,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSqlError>
 #include <QSqlQuery>
 
 namespace vex {
 
 namespace {
-
-// A statement on the server's table, bound and run; throws as a recordset
-// does.
-QSqlQuery& Run(Cls_DB& db, const QString& sql, const QVariantList& values)
-{
-    QSqlQuery& q = db.Prepared(sql);
-    for (int i = 0; i < values.size(); ++i)
-        q.bindValue(i, values[i]);
-    if (!db.Exec(q)) {
-        const QString error = q.lastError().text();
-        q.finish();
-        db.Engine_Failure(error + QStringLiteral(" [") + sql + QLatin1Char(']'));
-    }
-    return q;
-}
 
 void Make_Parent_Folder(const QString& path)
 {
@@ -37,7 +21,7 @@ void Make_Parent_Folder(const QString& path)
 
 bool Row_Exists(Cls_DB& db, const QString& key)
 {
-    QSqlQuery& q = Run(db, QStringLiteral("SELECT D_F1 FROM X_DAYFILE WHERE D_F1=?"), {key});
+    QSqlQuery& q = db.Run_Prepared(QStringLiteral("SELECT D_F1 FROM X_DAYFILE WHERE D_F1=?"), {key});
     const bool found = q.next();
     q.finish();
     return found;
@@ -112,7 +96,7 @@ Day_File_Ref Find_Day_File(Cls_DB& db, const QString& car, const QString& driver
 QByteArray Read_Day_Bytes(Cls_DB& db, const Day_File_Ref& ref)
 {
     if (!ref.key.isEmpty()) {
-        QSqlQuery& q = Run(db, QStringLiteral("SELECT D_F2 FROM X_DAYFILE WHERE D_F1=?"), {ref.key});
+        QSqlQuery& q = db.Run_Prepared(QStringLiteral("SELECT D_F2 FROM X_DAYFILE WHERE D_F1=?"), {ref.key});
         if (!q.next()) {
             q.finish();
             throw RunTimeError(QStringLiteral("File not found: ") + ref.Name());
@@ -144,7 +128,7 @@ qint64 Day_File_Size(Cls_DB& db, const QString& systemPath)
     const QString key = Day_File_Key(systemPath);
     if (key.isEmpty())
         return -1;
-    QSqlQuery& q = Run(db, QStringLiteral("SELECT octet_length(D_F2) FROM X_DAYFILE WHERE D_F1=?"), {key});
+    QSqlQuery& q = db.Run_Prepared(QStringLiteral("SELECT octet_length(D_F2) FROM X_DAYFILE WHERE D_F1=?"), {key});
     const qint64 size = q.next() ? q.value(0).toLongLong() : -1;
     q.finish();
     return size;
@@ -160,18 +144,18 @@ void Store_Day_Bytes(Cls_DB& db, const QString& systemPath, const QByteArray& by
         return;
     }
     if (db.Dialect() == Engine::Postgres) {
-        Run(db,
+        db.Run_Prepared(
             QStringLiteral("INSERT INTO X_DAYFILE (D_F1, D_F2) VALUES (?, ?) "
                            "ON CONFLICT (D_F1) DO UPDATE SET D_F2=EXCLUDED.D_F2"),
             {key, bytes})
             .finish();
         return;
     }
-    QSqlQuery& update = Run(db, QStringLiteral("UPDATE X_DAYFILE SET D_F2=? WHERE D_F1=?"), {bytes, key});
+    QSqlQuery& update = db.Run_Prepared(QStringLiteral("UPDATE X_DAYFILE SET D_F2=? WHERE D_F1=?"), {bytes, key});
     const int changed = update.numRowsAffected();
     update.finish();
     if (changed < 1)
-        Run(db, QStringLiteral("INSERT INTO X_DAYFILE (D_F1, D_F2) VALUES (?, ?)"), {key, bytes}).finish();
+        db.Run_Prepared(QStringLiteral("INSERT INTO X_DAYFILE (D_F1, D_F2) VALUES (?, ?)"), {key, bytes}).finish();
 }
 
 void Store_Day_File_From(Cls_DB& db, const QString& systemPath, const QString& localFile)
@@ -188,7 +172,7 @@ void Remove_Day_File(Cls_DB& db, const QString& systemPath)
             throw RunTimeError(QStringLiteral("Permission denied: ") + path);
         return;
     }
-    Run(db, QStringLiteral("DELETE FROM X_DAYFILE WHERE D_F1=?"), {key}).finish();
+    db.Run_Prepared(QStringLiteral("DELETE FROM X_DAYFILE WHERE D_F1=?"), {key}).finish();
 }
 
 bool Rename_Day_File(Cls_DB& db, const QString& fromSystemPath, const QString& toSystemPath)
@@ -203,7 +187,7 @@ bool Rename_Day_File(Cls_DB& db, const QString& fromSystemPath, const QString& t
             throw RunTimeError(QStringLiteral("Path/File access error: %1 to %2").arg(from, to));
         return true;
     }
-    QSqlQuery& q = Run(db, QStringLiteral("UPDATE X_DAYFILE SET D_F1=? WHERE D_F1=?"),
+    QSqlQuery& q = db.Run_Prepared(QStringLiteral("UPDATE X_DAYFILE SET D_F1=? WHERE D_F1=?"),
                        {toKey, fromKey});
     const bool renamed = q.numRowsAffected() > 0;
     q.finish();
@@ -214,7 +198,7 @@ void Lock_Day_File(Cls_DB& db, const QString& systemPath)
 {
     if (!Day_Files_In_Database(db) || db.Dialect() != Engine::Postgres || !db.In_Transaction())
         return;
-    Run(db, QStringLiteral("SELECT pg_advisory_xact_lock(hashtext(?))"), {Checked_Key(systemPath)}).finish();
+    db.Run_Prepared(QStringLiteral("SELECT pg_advisory_xact_lock(hashtext(?))"), {Checked_Key(systemPath)}).finish();
 }
 
 QStringList Day_File_Keys(Cls_DB& db, const QString& fromDay, const QString& toDay)
@@ -222,7 +206,7 @@ QStringList Day_File_Keys(Cls_DB& db, const QString& fromDay, const QString& toD
     QStringList keys;
     if (!Day_Files_In_Database(db))
         return keys;
-    QSqlQuery& q = Run(db,
+    QSqlQuery& q = db.Run_Prepared(
                        QStringLiteral("SELECT D_F1 FROM X_DAYFILE WHERE right(D_F1,6) >= ? AND right(D_F1,6) <= ? "
                                       "ORDER BY D_F1"),
                        {fromDay, toDay});

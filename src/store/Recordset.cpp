@@ -6,7 +6,6 @@
 #include "store/SqlDialect.h"
 
 #include <QRegularExpression>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlRecord>
 
@@ -27,27 +26,12 @@ const Table* Single_Table(const QString& sql)
     return Find_Table(m.captured(1));
 }
 
-// Runs a statement of the engine's dialect with its values; the caller
-// reads what it needs and finishes the query.
-QSqlQuery& Exec(Cls_DB& db, const QString& sql, const QVariantList& values)
-{
-    QSqlQuery& q = db.Prepared(sql);
-    for (int i = 0; i < values.size(); ++i)
-        q.bindValue(i, values[i]);
-    if (!db.Exec(q)) {
-        const QString error = q.lastError().text();
-        q.finish();
-        db.Engine_Failure(error + QStringLiteral(" [") + sql + QLatin1Char(']'));
-    }
-    return q;
-}
-
 } // namespace
 
 Recordset::Recordset(Cls_DB& db, const QString& sql, const QVariantList& values)
     : db_(&db), table_(Single_Table(sql))
 {
-    QSqlQuery& q = Exec(db, db.Translated(sql), values);
+    QSqlQuery& q = db.Run_Prepared(db.Translated(sql), values);
     const QSqlRecord rec = q.record();
     for (int i = 0; i < rec.count(); ++i)
         names_ << rec.fieldName(i);
@@ -153,7 +137,7 @@ void Recordset::Insert_Row()
         sql += QStringLiteral(" ON CONFLICT (%1) DO ").arg(table_->key.join(','));
         sql += sets.isEmpty() ? QStringLiteral("NOTHING") : QStringLiteral("UPDATE SET ") + sets.join(',');
     }
-    Exec(*db_, sql, values).finish();
+    db_->Run_Prepared(sql, values).finish();
 }
 
 void Recordset::Update_Row()
@@ -180,7 +164,7 @@ void Recordset::Update_Row()
             values << old;
         }
     }
-    QSqlQuery& q = Exec(*db_, QStringLiteral("UPDATE %1 SET %2 WHERE %3")
+    QSqlQuery& q = db_->Run_Prepared(QStringLiteral("UPDATE %1 SET %2 WHERE %3")
                                    .arg(table_->name, sets.join(','), where.join(QStringLiteral(" AND "))),
                         values);
     const int affected = q.numRowsAffected();
