@@ -161,6 +161,27 @@ TEST_P(Store, KeyIdiomsRangesAndAggregatesAnswerAsOnJet)
     // A join cannot be written through.
     Recordset joined = db->DB_RSet_D_D("SELECT * FROM D_D1 LEFT JOIN S_D1 ON D_D1.D_F2 = S_D1.D_F1");
     EXPECT_THROW(joined.AddNew(), RunTimeError);
+
+    // Counts written in the statement and computed ones count alike: on
+    // SQLite the first are the engine's substr(), the others the registered
+    // functions; characters, not bytes, and Null stays Null.
+    for (const QVariant& name : {QVariant("운전자 1-2"), QVariant("ab"), QVariant(""), QVariant()}) {
+        db->Execute("DELETE * FROM D_H");
+        Recordset h = db->DB_RSet_D_D("SELECT * FROM D_H");
+        h.AddNew();
+        h.Set("D_F1", "x");
+        h.Set("D_F2", name);
+        h.Update();
+        const char* terms[][2] = {{"LEFT(D_F2,2)", "LEFT(D_F2,1+1)"},     {"LEFT(D_F2,0)", "LEFT(D_F2,1-1)"},
+                                  {"RIGHT(D_F2,3)", "RIGHT(D_F2,2+1)"},   {"MID(D_F2,2,3)", "MID(D_F2,1+1,2+1)"},
+                                  {"MID(D_F2,3)", "MID(D_F2,2+1)"},       {"MID(D_F2,9,2)", "MID(D_F2,8+1,2)"}};
+        for (const auto& [written, computed] : terms) {
+            Recordset rs = db->DB_RSet_D_D(QStringLiteral("SELECT %1 AS W, %2 AS C FROM D_H").arg(written, computed));
+            ASSERT_EQ(rs.RecordCount(), 1);
+            EXPECT_EQ(rs.Field("W"), rs.Field("C")) << written << " of " << name.toString().toStdString();
+            EXPECT_EQ(rs.Field("W").isNull(), !name.isValid()) << written;
+        }
+    }
 }
 
 TEST_P(Store, SettingsLoadAndDbEditRoundTrip)
