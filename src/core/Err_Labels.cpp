@@ -216,6 +216,7 @@ constexpr Label kLabels[] = {
     {kErrFleet, "Fleet_Sampler - Register"},
     {kErrReportExplanation, "Report_Trust - Report_Mark_Explanation"},
     {kErrReportTrend, "Report_Trust - Report_Driver_Trend"},
+    {kErrIndexes, "Cls_DB - Ensure_Indexes"},
 };
 
 } // namespace

@@ -51,6 +51,7 @@ enum Err_Code : int16_t {
     kErrFleet = 2027,
     kErrReportExplanation = 2028,
     kErrReportTrend = 2029,
+    kErrIndexes = 2030,
 };
 
 // Label of a handler code: "object - procedure"; empty for gaps and codes

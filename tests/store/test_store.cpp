@@ -8,8 +8,11 @@
 #include "exchange/Reception_Ledger.h"
 #include "store/Cls_DB.h"
 #include "store/Schema.h"
+#include "store/SqlDialect.h"
 #include "support/TempApp.h"
 
+#include <QSqlError>
+#include <QSqlRecord>
 #include <gtest/gtest.h>
 
 using namespace vex;
@@ -181,6 +184,50 @@ TEST_P(Store, KeyIdiomsRangesAndAggregatesAnswerAsOnJet)
             EXPECT_EQ(rs.Field("W"), rs.Field("C")) << written << " of " << name.toString().toStdString();
             EXPECT_EQ(rs.Field("W").isNull(), !name.isValid()) << written;
         }
+    }
+}
+
+TEST_P(Store, SelectionsByPartsOfTheKeyReadTheSchemasIndexes)
+{
+    // A database of an earlier version gets the indexes at the next start,
+    // and a start after that finds them.
+    db->Execute_Unprepared("DROP INDEX D_D1_KEY_CAR");
+    db->Execute_Unprepared("DROP INDEX D_DI_CAR_MONTH");
+    ASSERT_TRUE(Guarded(kErrIndexes, [&] { db->Ensure_Indexes(); })) << Err_Last().toStdString();
+    ASSERT_TRUE(Guarded(kErrIndexes, [&] { db->Ensure_Indexes(); })) << Err_Last().toStdString();
+
+    // The windows' selections, planned on empty tables: a server is told to
+    // take what it could use for thousands of rows.
+    const bool sqlite = GetParam() == Backend::Sqlite;
+    if (!sqlite)
+        db->Execute_Unprepared("SET enable_seqscan = off");
+    const char* const uses[][2] = {
+        {"SELECT * FROM D_D1 WHERE (RIGHT(D_F1,6)) >='250101' AND (RIGHT(D_F1,6)) <= '250131' ORDER BY D_F4", "D_D1_KEY_DAY"},
+        {"SELECT D_F1, D_F3, D_F5, D_F7 FROM D_D1 WHERE LEFT(D_F1,6) = 'A00001'", "D_D1_KEY_CAR"},
+        {"SELECT * FROM D_D1 WHERE Mid(D_F1,5,4)='0100' AND RIGHT(D_F1,6) = '250105'", "D_D1_KEY_MIDDLE"},
+        {"SELECT * FROM D_D1 WHERE Left(D_F4,4) = '2501' ORDER BY D_F1", "D_D1_MONTH"},
+        {"SELECT * FROM D_D1 WHERE D_F3 = '000101' AND Left(D_F4,4) = '2501' ORDER BY D_F4, D_F1", "D_D1_DRIVER"},
+        {"SELECT * FROM D_D1 WHERE D_F4 = '250105' ORDER BY D_F1", "D_D1_DAY"},
+        {"SELECT * FROM D_D3 WHERE (Left(D_F1,6)) = 'A00001' AND (RIGHT(D_F1,6)) >= '250101' AND "
+         "(RIGHT(D_F1,6)) <= '250131'", "D_D3_KEY_CAR"},
+        {"SELECT * FROM D_D3 WHERE (RIGHT(D_F1,6)) >='250101' AND (RIGHT(D_F1,6)) <= '250131' AND  "
+         "(MID(D_F1,7,6)) = '000101' ORDER BY D_F1", "D_D3_KEY_DRIVER"},
+        {"SELECT D_F1 FROM D_D3 WHERE RIGHT(D_F1,6) = '250105' AND D_F2 = '00'", "D_D3_KEY_DAY"},
+        {"SELECT * FROM D_DI WHERE (LEFT(D_F1,6)) = 'A00001' AND Left(RIGHT(D_F1,6),4) = '2501'", "D_DI_CAR_MONTH"},
+        {"SELECT *  FROM D_DI where (MID(D_F1,1,6)) = 'A00001' and (RIGHT(D_F1,6)) >= '250101'", "D_DI_KEY_CAR"},
+        {"SELECT * FROM D_D2 WHERE LEFT(D_F1,6) = 'A00001' ORDER BY RIGHT(D_F1,6) DESC, D_F1 DESC", "D_D2_KEY_CAR"},
+        {"SELECT D_F2, D_F6, D_F7 FROM X_LEDGER_DAY WHERE D_F3 = 'A00001000101250105' AND D_F4 = 'stored'",
+         "X_LEDGER_DAY_KEY"},
+    };
+    // A server prepares no EXPLAIN: the plan is asked for as it stands.
+    QSqlQuery plan(QSqlDatabase::database(db->Connection_Name(), false));
+    for (const auto& [sql, index] : uses) {
+        ASSERT_TRUE(plan.exec(QString(sqlite ? "EXPLAIN QUERY PLAN " : "EXPLAIN ") + Translate_Sql(sql, db->Dialect())))
+            << plan.lastError().text().toStdString();
+        QStringList lines;
+        while (plan.next())
+            lines << plan.value(plan.record().count() - 1).toString().toUpper();
+        EXPECT_TRUE(lines.join('\n').contains(index)) << sql << "\n" << lines.join('\n').toStdString();
     }
 }
 
