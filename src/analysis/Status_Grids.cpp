@@ -52,6 +52,13 @@ std::vector<std::pair<QString, QString>> Month_List(Cls_DB& db)
     return months;
 }
 
+QString Newest_Trip_Day(Cls_DB& db)
+{
+    // The days once each, not every trip: the first row is the same.
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT DISTINCT D_F4 FROM D_D1 ORDER BY D_F4 DESC"));
+    return rs.RecordCount() > 0 ? rs.Text(QStringLiteral("D_F4")) : QString();
+}
+
 int Idle_Seconds(Cls_DB& db, const QString& sql, const QVariantList& values)
 {
     Recordset rs = db.DB_RSet_D_D(sql, values);
