@@ -33,16 +33,21 @@ std::vector<Driver_Month> Driver_Trends(Cls_DB& db, const QString& fromMonth, co
         QStringLiteral("SELECT D_F1, D_F8, D_F9, D_F10, D_F11, D_F12, D_F13, D_F14 FROM D_D1 "
                        "WHERE RIGHT(D_F1,6) >= ? AND RIGHT(D_F1,6) <= ?"),
         {first + QStringLiteral("01"), toMonth + QStringLiteral("31")});
+    // The columns found once: months of a fleet are tens of thousands of trips.
+    const int key = rs.Column_Of(trip_col::Key), mark = rs.Column_Of(trip_col::Mark),
+              distance = rs.Column_Of(trip_col::Distance), accelerations = rs.Column_Of(trip_col::Accelerations),
+              brakes = rs.Column_Of(trip_col::Brakes), idles = rs.Column_Of(trip_col::Idles),
+              longOverspeeds = rs.Column_Of(trip_col::Long_Overspeeds),
+              overspeed = rs.Column_Of(trip_col::Overspeed_Minutes);
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-        const QString key = rs.Text(trip_col::Key);
-        auto number = [&](const char* column) { return rs.Field(QLatin1String(column)).toDouble(); };
-        Sums& s = byMonth[key.right(6).left(4)][key.mid(6, 6)];
+        const QString trip = rs.Field_At(key).toString();
+        auto number = [&](int column) { return rs.Field_At(column).toDouble(); };
+        Sums& s = byMonth[trip.right(6).left(4)][trip.mid(6, 6)];
         ++s.trips;
-        s.marks += number(trip_col::Mark);
-        s.tenths += number(trip_col::Distance);
-        s.events += number(trip_col::Accelerations) + number(trip_col::Brakes) + number(trip_col::Idles)
-                    + number(trip_col::Long_Overspeeds);
-        s.overspeed += number(trip_col::Overspeed_Minutes);
+        s.marks += number(mark);
+        s.tenths += number(distance);
+        s.events += number(accelerations) + number(brakes) + number(idles) + number(longOverspeeds);
+        s.overspeed += number(overspeed);
     }
     std::vector<Driver_Month> out;
     for (const auto& [month, drivers] : byMonth) {

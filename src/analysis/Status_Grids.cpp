@@ -43,9 +43,11 @@ QString Day_Minute(const QString& day, int minute)
 std::vector<std::pair<QString, QString>> Month_List(Cls_DB& db)
 {
     std::vector<std::pair<QString, QString>> months;
+    // The months of the days, each day taken once: the same months as of
+    // every trip, from the index of the days.
     Recordset rs = db.DB_RSet_D_D(QStringLiteral(
         "SELECT DISTINCT ('20' + Left(D_F4,2) + '/' + Mid(D_F4,3,2))as D_F0, (Left(D_F4,2) + Mid(D_F4,3,2)) as D_F1 "
-        "FROM D_D1"));
+        "FROM (SELECT DISTINCT D_F4 FROM D_D1) AS D_DAYS"));
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext())
         months.emplace_back(rs.Text(QStringLiteral("D_F0")), rs.Text(QStringLiteral("D_F1")));
     std::sort(months.begin(), months.end(), [](const auto& a, const auto& b) { return a.second > b.second; });
@@ -122,19 +124,28 @@ Grid_Table Car_Condition_Grid(Cls_DB& db, const QString& yymm, bool byDriver, in
     };
     const QString codeField = byDriver ? QStringLiteral("D_F3") : QStringLiteral("D_F2");
     std::map<QString, Sum> sums;
-    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE Left(D_F4,4) = ? ORDER BY D_F1"), {yymm});
+    // The columns summed, not the whole trip: a month of a fleet is thousands.
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT D_F2, D_F3, D_F9, D_F10, D_F11, D_F12, D_F13, D_F14, D_F15, "
+                                                 "D_F16, D_F17 FROM D_D1 WHERE Left(D_F4,4) = ? ORDER BY D_F1"),
+                                  {yymm});
+    // The columns found once, then read row after row.
+    const int code = rs.Column_Of(codeField);
+    int at[9] = {};
+    for (int c = 9; c <= 17; ++c)
+        at[c - 9] = rs.Column_Of(QStringLiteral("D_F%1").arg(c));
+    auto N = [&](int column) { return Val(rs.Field_At(at[column - 9]).toString()); };
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-        Sum& s = sums[rs.Text(codeField)];
-        s.code = rs.Text(codeField);
-        s.band[0] += Number(rs, "D_F15");
-        s.band[1] += Number(rs, "D_F16");
-        s.band[2] += Number(rs, "D_F17");
-        s.over += Number(rs, "D_F11");
-        s.accel += Number(rs, "D_F9");
-        s.brake += Number(rs, "D_F10");
-        s.longOver += Number(rs, "D_F13");
-        s.idle += Number(rs, "D_F12");
-        s.marks += Number(rs, "D_F14");
+        Sum& s = sums[rs.Field_At(code).toString()];
+        s.code = rs.Field_At(code).toString();
+        s.band[0] += N(15);
+        s.band[1] += N(16);
+        s.band[2] += N(17);
+        s.over += N(11);
+        s.accel += N(9);
+        s.brake += N(10);
+        s.longOver += N(13);
+        s.idle += N(12);
+        s.marks += N(14);
         ++s.trips;
     }
     std::vector<Sum> ranked;

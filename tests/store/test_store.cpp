@@ -141,6 +141,11 @@ TEST_P(Store, KeyIdiomsRangesAndAggregatesAnswerAsOnJet)
                      "(Left(D_F4,2) + Mid(D_F4,3,2)) as D_F1 FROM D_D1 ORDER BY D_F1",
                      "D_F0"),
               (QStringList{"2023/12", "2024/01", "2024/02"}));
+    // The same months of each day taken once, as the month lists ask.
+    EXPECT_EQ(Column("SELECT DISTINCT ('20' + Left(D_F4,2) + '/' + Mid(D_F4,3,2))as D_F0, "
+                     "(Left(D_F4,2) + Mid(D_F4,3,2)) as D_F1 FROM (SELECT DISTINCT D_F4 FROM D_D1) AS D_DAYS ORDER BY D_F1",
+                     "D_F1"),
+              (QStringList{"2312", "2401", "2402"}));
 
     Recordset car = db->DB_RSet_D_D("SELECT * FROM S_D1 WHERE D_F1=?", {"000100"});
     car.AddNew();
