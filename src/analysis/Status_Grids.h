@@ -25,8 +25,10 @@ std::vector<std::pair<QString, QString>> Month_List(Cls_DB& db);
 // the day the day windows open on; empty without trips.
 QString Newest_Trip_Day(Cls_DB& db);
 
-// Seconds of the idle lists (18-character items: start, end, duration
-// HHMMSS) of the D_DI rows a statement selects; an empty item ends a list.
+// Seconds of an idle list (18-character items: start, end, duration
+// HHMMSS), and of the lists of the D_DI rows a statement selects; an empty
+// item ends a list.
+int Idle_List_Seconds(const QString& list);
 int Idle_Seconds(Cls_DB& db, const QString& sql, const QVariantList& values);
 QString Clock_Text(int seconds); // "hh:mm:ss", hours past 24 as they come
 

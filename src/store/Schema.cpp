@@ -88,7 +88,7 @@ std::vector<Table> Build()
 std::vector<Index> Build_Indexes()
 {
     const QString car = QStringLiteral("LEFT(D_F1,6)"), driver = QStringLiteral("MID(D_F1,7,6)"),
-                  day = QStringLiteral("RIGHT(D_F1,6)"), month = QStringLiteral("LEFT(RIGHT(D_F1,6),4)");
+                  day = QStringLiteral("RIGHT(D_F1,6)");
     return {
         // Trip summaries: the day grids, the newest day and the periods
         // (D_F4), the month grids, the operation view's stepping and the
@@ -111,8 +111,7 @@ std::vector<Index> Build_Indexes()
         // Idling: the totals from a day on, and the month grids.
         {"D_DI_KEY_CAR", "D_DI", {car, day}},
         {"D_DI_KEY_DRIVER", "D_DI", {driver, day}},
-        {"D_DI_CAR_MONTH", "D_DI", {car, month}},
-        {"D_DI_DRIVER_MONTH", "D_DI", {driver, month}},
+        {"D_DI_MONTH", "D_DI", {"LEFT(RIGHT(D_F1,6),4)"}},
         // Quick brakes: a car's newest buffers.
         {"D_D2_KEY_CAR", "D_D2", {car, day}},
         // The ledger's days of a trip key.
