@@ -1,7 +1,6 @@
 #include "analysis/Driver_Trends.h"
 
 #include "store/Cls_DB.h"
-#include "store/Trip_Columns.h"
 
 #include <QDate>
 #include <algorithm>
@@ -29,20 +28,24 @@ std::vector<Driver_Month> Driver_Trends(Cls_DB& db, const QString& fromMonth, co
 {
     const QString first = Month_Before(fromMonth);
     std::map<QString, std::map<QString, Sums>> byMonth; // month -> driver -> sums
+    // Summed by the engine, a row a month and driver instead of a row a
+    // trip: the counts, marks and distances are whole numbers, whose sums
+    // are the same in any order, and a Null adds nothing either way.
     Recordset rs = db.DB_RSet_D_D(
-        QStringLiteral("SELECT D_F1, D_F8, D_F9, D_F10, D_F11, D_F12, D_F13, D_F14 FROM D_D1 "
-                       "WHERE RIGHT(D_F1,6) >= ? AND RIGHT(D_F1,6) <= ?"),
+        QStringLiteral("SELECT LEFT(RIGHT(D_F1,6),4) AS D_MONTH, MID(D_F1,7,6) AS D_DRIVER, COUNT(*) AS D_TRIPS, "
+                       "SUM(D_F14) AS D_MARKS, SUM(D_F8) AS D_TENTHS, SUM(D_F9) AS D_F9_S, SUM(D_F10) AS D_F10_S, "
+                       "SUM(D_F12) AS D_F12_S, SUM(D_F13) AS D_F13_S, SUM(D_F11) AS D_F11_S FROM D_D1 "
+                       "WHERE RIGHT(D_F1,6) >= ? AND RIGHT(D_F1,6) <= ? "
+                       "GROUP BY LEFT(RIGHT(D_F1,6),4), MID(D_F1,7,6)"),
         {first + QStringLiteral("01"), toMonth + QStringLiteral("31")});
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-        const QString key = rs.Text(trip_col::Key);
         auto number = [&](const char* column) { return rs.Field(QLatin1String(column)).toDouble(); };
-        Sums& s = byMonth[key.right(6).left(4)][key.mid(6, 6)];
-        ++s.trips;
-        s.marks += number(trip_col::Mark);
-        s.tenths += number(trip_col::Distance);
-        s.events += number(trip_col::Accelerations) + number(trip_col::Brakes) + number(trip_col::Idles)
-                    + number(trip_col::Long_Overspeeds);
-        s.overspeed += number(trip_col::Overspeed_Minutes);
+        Sums& s = byMonth[rs.Text(QStringLiteral("D_MONTH"))][rs.Text(QStringLiteral("D_DRIVER"))];
+        s.trips = rs.Field(QStringLiteral("D_TRIPS")).toInt();
+        s.marks = number("D_MARKS");
+        s.tenths = number("D_TENTHS");
+        s.events = number("D_F9_S") + number("D_F10_S") + number("D_F12_S") + number("D_F13_S");
+        s.overspeed = number("D_F11_S");
     }
     std::vector<Driver_Month> out;
     for (const auto& [month, drivers] : byMonth) {

@@ -145,15 +145,15 @@ std::vector<Fuel_Month_Row> Fuel_Excess_Month(Cls_DB& db, const QString& yymm, c
         row.brakes = cars.Field(QStringLiteral("D_F10_1")).toDouble();
         row.accels = cars.Field(QStringLiteral("D_F9_1")).toDouble();
         row.idleMinutes = cars.Field(QStringLiteral("D_F12_1")).toDouble() * idleMinutesPerEvent;
+        // Each trip's minute speeds with its minute distances (none without
+        // a D_D7 row): one statement a car, not one a trip.
         Recordset trips = db.DB_RSet_D_D(
-            QStringLiteral("SELECT * FROM D_D3 WHERE (Left(D_F1,6)) = ? AND (RIGHT(D_F1,6)) >= ? AND "
-                           "(RIGHT(D_F1,6)) <= ?"),
+            QStringLiteral("SELECT D_D3.D_F2, D_D7.D_F2 AS D_KM FROM D_D3 LEFT JOIN D_D7 ON D_D7.D_F1 = D_D3.D_F1 "
+                           "WHERE (Left(D_D3.D_F1,6)) = ? AND (RIGHT(D_D3.D_F1,6)) >= ? AND (RIGHT(D_D3.D_F1,6)) <= ?"),
             {row.car, start, end});
         for (trips.MoveFirst(); !trips.EOF_(); trips.MoveNext()) {
             const QString speed = trips.Text(QStringLiteral("D_F2"));
-            Recordset dist = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D7 WHERE D_F1 = ?"),
-                                            {trips.Text(QStringLiteral("D_F1"))});
-            const QString km = dist.RecordCount() > 0 ? dist.Text(QStringLiteral("D_F2")) : QString();
+            const QString km = trips.Text(QStringLiteral("D_KM"));
             for (int m = 0; 2 * m + 2 <= std::min(speed.size(), km.size()); ++m)
                 if (Hex_Cell(speed, 2 * m) > rates.speed)
                     row.overKm += km.mid(2 * m, 2).toInt() / 10.0;

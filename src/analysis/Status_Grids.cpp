@@ -43,28 +43,42 @@ QString Day_Minute(const QString& day, int minute)
 std::vector<std::pair<QString, QString>> Month_List(Cls_DB& db)
 {
     std::vector<std::pair<QString, QString>> months;
+    // The months of the days, each day taken once: the same months as of
+    // every trip, from the index of the days.
     Recordset rs = db.DB_RSet_D_D(QStringLiteral(
         "SELECT DISTINCT ('20' + Left(D_F4,2) + '/' + Mid(D_F4,3,2))as D_F0, (Left(D_F4,2) + Mid(D_F4,3,2)) as D_F1 "
-        "FROM D_D1"));
+        "FROM (SELECT DISTINCT D_F4 FROM D_D1) AS D_DAYS"));
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext())
         months.emplace_back(rs.Text(QStringLiteral("D_F0")), rs.Text(QStringLiteral("D_F1")));
     std::sort(months.begin(), months.end(), [](const auto& a, const auto& b) { return a.second > b.second; });
     return months;
 }
 
+QString Newest_Trip_Day(Cls_DB& db)
+{
+    // The days once each, not every trip: the first row is the same.
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT DISTINCT D_F4 FROM D_D1 ORDER BY D_F4 DESC"));
+    return rs.RecordCount() > 0 ? rs.Text(QStringLiteral("D_F4")) : QString();
+}
+
+int Idle_List_Seconds(const QString& list)
+{
+    int seconds = 0;
+    for (int at = 0; at + 18 <= list.size(); at += 18) {
+        const QString item = list.mid(at, 18);
+        if (item.startsWith(QStringLiteral("000000")))
+            break;
+        seconds += item.mid(12, 2).toInt() * 3600 + item.mid(14, 2).toInt() * 60 + item.mid(16, 2).toInt();
+    }
+    return seconds;
+}
+
 int Idle_Seconds(Cls_DB& db, const QString& sql, const QVariantList& values)
 {
     Recordset rs = db.DB_RSet_D_D(sql, values);
     int seconds = 0;
-    for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-        const QString list = rs.Text(QStringLiteral("D_F2"));
-        for (int at = 0; at + 18 <= list.size(); at += 18) {
-            const QString item = list.mid(at, 18);
-            if (item.startsWith(QStringLiteral("000000")))
-                break;
-            seconds += item.mid(12, 2).toInt() * 3600 + item.mid(14, 2).toInt() * 60 + item.mid(16, 2).toInt();
-        }
-    }
+    for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext())
+        seconds += Idle_List_Seconds(rs.Text(QStringLiteral("D_F2")));
     return seconds;
 }
 
@@ -115,19 +129,28 @@ Grid_Table Car_Condition_Grid(Cls_DB& db, const QString& yymm, bool byDriver, in
     };
     const QString codeField = byDriver ? QStringLiteral("D_F3") : QStringLiteral("D_F2");
     std::map<QString, Sum> sums;
-    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE Left(D_F4,4) = ? ORDER BY D_F1"), {yymm});
+    // The columns summed, not the whole trip: a month of a fleet is thousands.
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT D_F2, D_F3, D_F9, D_F10, D_F11, D_F12, D_F13, D_F14, D_F15, "
+                                                 "D_F16, D_F17 FROM D_D1 WHERE Left(D_F4,4) = ? ORDER BY D_F1"),
+                                  {yymm});
+    // The columns found once, then read row after row.
+    const int code = rs.Column_Of(codeField);
+    int at[9] = {};
+    for (int c = 9; c <= 17; ++c)
+        at[c - 9] = rs.Column_Of(QStringLiteral("D_F%1").arg(c));
+    auto N = [&](int column) { return Val(rs.Field_At(at[column - 9]).toString()); };
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-        Sum& s = sums[rs.Text(codeField)];
-        s.code = rs.Text(codeField);
-        s.band[0] += Number(rs, "D_F15");
-        s.band[1] += Number(rs, "D_F16");
-        s.band[2] += Number(rs, "D_F17");
-        s.over += Number(rs, "D_F11");
-        s.accel += Number(rs, "D_F9");
-        s.brake += Number(rs, "D_F10");
-        s.longOver += Number(rs, "D_F13");
-        s.idle += Number(rs, "D_F12");
-        s.marks += Number(rs, "D_F14");
+        Sum& s = sums[rs.Field_At(code).toString()];
+        s.code = rs.Field_At(code).toString();
+        s.band[0] += N(15);
+        s.band[1] += N(16);
+        s.band[2] += N(17);
+        s.over += N(11);
+        s.accel += N(9);
+        s.brake += N(10);
+        s.longOver += N(13);
+        s.idle += N(12);
+        s.marks += N(14);
         ++s.trips;
     }
     std::vector<Sum> ranked;
@@ -144,12 +167,23 @@ Grid_Table Car_Condition_Grid(Cls_DB& db, const QString& yymm, bool byDriver, in
                QStringLiteral("20Km/h이내"), QStringLiteral("30Km/h이내"), LoadResString(824), LoadResString(825),
                LoadResString(827), LoadResString(826), QStringLiteral("IDLE"), QStringLiteral("IDLE시간"),
                LoadResString(806)};
-    const QString idleSql = byDriver
-        ? QStringLiteral("SELECT * FROM D_DI WHERE (MID(D_F1,7,6)) = ? AND Left(RIGHT(D_F1,6),4) = ?")
-        : QStringLiteral("SELECT * FROM D_DI WHERE (LEFT(D_F1,6)) = ? AND Left(RIGHT(D_F1,6),4) = ?");
+    // The month's idle lists of every code and the names of the register,
+    // each in one statement instead of one a code: the codes are the key's
+    // car (its first six characters) or driver (the next six).
+    std::map<QString, int> idle;
+    Recordset lists = db.DB_RSet_D_D(QStringLiteral("SELECT D_F1, D_F2 FROM D_DI WHERE Left(RIGHT(D_F1,6),4) = ?"),
+                                     {yymm});
+    for (lists.MoveFirst(); !lists.EOF_(); lists.MoveNext())
+        idle[lists.Text(QStringLiteral("D_F1")).mid(byDriver ? 6 : 0, 6)] +=
+            Idle_List_Seconds(lists.Text(QStringLiteral("D_F2")));
+    std::map<QString, QString> names;
+    Recordset registered = db.DB_RSet_D_D(byDriver ? QStringLiteral("SELECT D_F1, D_F2 AS D_NAME FROM S_D2")
+                                                   : QStringLiteral("SELECT D_F1, D_F3 AS D_NAME FROM S_D1"));
+    for (registered.MoveFirst(); !registered.EOF_(); registered.MoveNext())
+        names[registered.Text(QStringLiteral("D_F1"))] = registered.Text(QStringLiteral("D_NAME"));
     for (const Sum& s : ranked) {
-        const QString name = Register_Name(db, s.code, byDriver);
-        const int idleSeconds = Idle_Seconds(db, idleSql, {s.code, yymm});
+        const QString name = names.count(s.code) ? names[s.code] : QString();
+        const int idleSeconds = idle.count(s.code) ? idle[s.code] : 0;
         g.rows.push_back({QString::number(g.rows.size() + 1), s.code, name, QString::number(s.band[0]),
                           QString::number(s.band[1]), QString::number(s.band[2]), QString::number(s.over),
                           QString::number(s.accel), QString::number(s.brake), QString::number(s.longOver),
@@ -184,18 +218,20 @@ Grid_Table Day_Report_Grid(Cls_DB& db, const QString& day, int stopMinutes)
     Grid_Table g;
     g.heads = {QStringLiteral("차량코드"), QStringLiteral("운전시작일시"), QStringLiteral("운전종료일시"),
                QStringLiteral("운행거리")};
-    Recordset trips = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE (RIGHT(D_F1,6)) = ? ORDER BY D_F1"),
-                                     {day});
+    // Each trip of the day with its minute speeds (a trip without them has
+    // no sections) and minute distances (none without a D_D7 row), in one
+    // statement instead of two a trip.
+    Recordset trips = db.DB_RSet_D_D(
+        QStringLiteral("SELECT D_D1.D_F1, D_D1.D_F2, D_D3.D_F2 AS D_SPEED, D_D7.D_F2 AS D_KM FROM D_D1 "
+                       "INNER JOIN D_D3 ON D_D3.D_F1 = D_D1.D_F1 LEFT JOIN D_D7 ON D_D7.D_F1 = D_D1.D_F1 "
+                       "WHERE (RIGHT(D_D1.D_F1,6)) = ? ORDER BY D_D1.D_F1"),
+        {day});
     for (trips.MoveFirst(); !trips.EOF_(); trips.MoveNext()) {
         const QString key = trips.Text(QStringLiteral("D_F1"));
-        Recordset speed = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), {key});
-        if (speed.RecordCount() < 1)
-            continue; // a trip without its minutes has no sections
-        Recordset distance = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), {key});
         std::array<int16_t, 1441> kmh{};
         std::array<float, 1441> km{};
-        Decode_Minute_Speed(speed.Text(QStringLiteral("D_F2")), kmh, 0);
-        Decode_Minute_Distance(distance.RecordCount() > 0 ? distance.Text(QStringLiteral("D_F2")) : QString(), km, 0);
+        Decode_Minute_Speed(trips.Text(QStringLiteral("D_SPEED")), kmh, 0);
+        Decode_Minute_Distance(trips.Text(QStringLiteral("D_KM")), km, 0);
         for (const Day_Section& s : Operation_Graph::Walk_Sections(kmh, km, stopMinutes)) {
             if (s.Kind != kDriving)
                 continue;

@@ -21,8 +21,14 @@ struct Grid_Table {
 // The months that have trips, newest first: ("2026/01", "2601").
 std::vector<std::pair<QString, QString>> Month_List(Cls_DB& db);
 
-// Seconds of the idle lists (18-character items: start, end, duration
-// HHMMSS) of the D_DI rows a statement selects; an empty item ends a list.
+// The start day (D_F4) that comes first in the engine's descending order,
+// the day the day windows open on; empty without trips.
+QString Newest_Trip_Day(Cls_DB& db);
+
+// Seconds of an idle list (18-character items: start, end, duration
+// HHMMSS), and of the lists of the D_DI rows a statement selects; an empty
+// item ends a list.
+int Idle_List_Seconds(const QString& list);
 int Idle_Seconds(Cls_DB& db, const QString& sql, const QVariantList& values);
 QString Clock_Text(int seconds); // "hh:mm:ss", hours past 24 as they come
 

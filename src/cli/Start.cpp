@@ -47,6 +47,9 @@ bool Start_App(Context& ctx)
     };
     // A re-key cut short after its rows committed gets its day files.
     Finish_Pending_Renames(*g.DB);
+    // A database of an earlier version gets the indexes of this one; one
+    // that can't be written now gets them at a later start.
+    Guarded(kErrIndexes, [&] { g.DB->Ensure_Indexes(); });
     return true;
 }
 

@@ -218,6 +218,7 @@ constexpr Label kLabels[] = {
     {kErrReportTrend, "Report_Trust - Report_Driver_Trend"},
     {kErrDayFilesMove, "Day_Files_Move - Move_Day_Files_To_Database"},
     {kErrDayFileTable, "Day_Store - Ensure_Day_File_Table"},
+    {kErrIndexes, "Cls_DB - Ensure_Indexes"},
 };
 
 } // namespace

@@ -53,6 +53,7 @@ enum Err_Code : int16_t {
     kErrReportTrend = 2029,
     kErrDayFilesMove = 2030,
     kErrDayFileTable = 2031,
+    kErrIndexes = 2032,
 };
 
 // Label of a handler code: "object - procedure"; empty for gaps and codes

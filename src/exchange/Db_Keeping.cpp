@@ -50,7 +50,9 @@ std::pair<QString, QString> Backup_Period(Cls_DB& live)
 {
     QString oldest, newest;
     Guarded(kErrKeepingRead, [&] {
-        Recordset rs = live.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1  ORDER BY D_F4 DESC"));
+        // Each day once, in the order the trips had: the first and the last
+        // day that is one stay the same.
+        Recordset rs = live.DB_RSet_D_D(QStringLiteral("SELECT DISTINCT D_F4 FROM D_D1 ORDER BY D_F4 DESC"));
         for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
             const QString day = rs.Text(QStringLiteral("D_F4"));
             if (day == QLatin1String("000000") || !Is_Day(day))
@@ -183,7 +185,7 @@ QString Newest_Day(Cls_DB& live)
 {
     QString newest;
     Guarded(kErrKeepingRead, [&] {
-        Recordset rs = live.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 "));
+        Recordset rs = live.DB_RSet_D_D(QStringLiteral("SELECT DISTINCT D_F4 FROM D_D1"));
         for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext())
             newest = std::max(newest, rs.Text(QStringLiteral("D_F4")));
     });

@@ -47,7 +47,7 @@ QString First_Text(Cls_DB& db, const QString& sql, const QVariantList& values, c
 }
 
 // What the store knew of the car and its day apart from this reception's days.
-void Car_Days(Cls_DB& db, const QString& key, const QStringList& ignoring, Day_Context& c)
+void Car_Days(Cls_DB& db, const QString& key, const QSet<QString>& ignoring, Day_Context& c)
 {
     Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT D_F1, D_F3, D_F5, D_F7 FROM D_D1 WHERE LEFT(D_F1,6) = ?"),
                                   {Car_Of(key)});
@@ -153,7 +153,7 @@ std::vector<Ledger_Day> Ledger_Days(const Exchange_Report& report)
 }
 
 std::vector<Finding> Check_Stored_Day(Cls_DB& db, const QString& key, const QString& source,
-                                      const QStringList& ignoring)
+                                      const QSet<QString>& ignoring)
 {
     Day_Evidence evidence;
     Day_Context context;
@@ -213,10 +213,11 @@ Ledger_Entry Record_Reception(Cls_DB& db, Ledger_Road road, const QString& sourc
     entry.source = source;
     entry.pc = QSysInfo::machineHostName();
     entry.summary = summary;
-    QStringList stored;
+    // Looked up for every stored day of every car the entry holds.
+    QSet<QString> stored;
     for (const Ledger_Day& d : days)
         if (d.outcome == QLatin1String("stored"))
-            stored << d.what;
+            stored.insert(d.what);
     for (Ledger_Day& d : days) {
         if (d.outcome != QLatin1String("stored"))
             continue;

@@ -21,6 +21,7 @@
 #include "analysis/Plausibility.h"
 #include "exchange/Exchange_Tables.h"
 
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <vector>
@@ -71,7 +72,7 @@ Ledger_Entry Record_Reception(Cls_DB& db, Ledger_Road road, const QString& sourc
 // The findings of one stored day as the store holds it now, against what it
 // held before the entry (ignoring: keys the same reception stored).
 std::vector<Finding> Check_Stored_Day(Cls_DB& db, const QString& key, const QString& source,
-                                      const QStringList& ignoring);
+                                      const QSet<QString>& ignoring);
 
 // The notes of the last reception that stored the key; none when no
 // reception of the ledger stored it.

@@ -67,11 +67,10 @@ QDate Newest_Stored_Day(int16_t errCode)
 {
     QDate day = QDate::currentDate();
     Guarded(errCode, [&] {
-        Recordset rs = G().DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 ORDER BY D_F4 DESC"));
-        if (rs.RecordCount() < 1)
+        const QString newest = Newest_Trip_Day(*G().DB);
+        if (newest.isEmpty())
             return;
-        const QDate stored =
-            QDate::fromString(QStringLiteral("20") + rs.Text(QStringLiteral("D_F4")), QStringLiteral("yyyyMMdd"));
+        const QDate stored = QDate::fromString(QStringLiteral("20") + newest, QStringLiteral("yyyyMMdd"));
         if (stored.isValid())
             day = stored;
     });

@@ -106,6 +106,9 @@ void frm_Splash::Form_Load()
         };
         // A re-key cut short after its rows committed gets its day files.
         Finish_Pending_Renames(*g.DB);
+        // A database of an earlier version gets the indexes of this one; one
+        // that can't be written now gets them at a later start.
+        Guarded(kErrIndexes, [&] { g.DB->Ensure_Indexes(); });
         Recordset s14 = g.DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D14"));
         settingsOpen_ = true;
         Recordset s10 = g.DB->DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D10 ORDER BY D_F1 DESC"));

@@ -9,6 +9,7 @@
 #include "core/Messages.h"
 #include "store/Cls_DB.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -25,15 +26,28 @@ constexpr int16_t kErrCode = 0;
 Excel_Result Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
     const bool one = !sel.driver.isEmpty() && sel.driver != QLatin1String("ALL");
-    QString sql = QStringLiteral("SELECT * FROM D_D3 WHERE (RIGHT(D_F1,6)) >=? AND (RIGHT(D_F1,6)) <= ?");
+    // Each trip's minute speeds with its minute distances (none without a
+    // D_D7 row), in one statement instead of one a trip. The trips are
+    // taken in the order of their keys, put in order here: the engine would
+    // sort the minute series along with them.
+    QString sql = QStringLiteral("SELECT D_D3.D_F1, D_D3.D_F2, D_D7.D_F2 AS D_KM FROM D_D3 "
+                                 "LEFT JOIN D_D7 ON D_D7.D_F1 = D_D3.D_F1 "
+                                 "WHERE (RIGHT(D_D3.D_F1,6)) >=? AND (RIGHT(D_D3.D_F1,6)) <= ?");
     QVariantList values{sel.from, sel.to};
     if (one) {
-        sql += QStringLiteral(" AND  (MID(D_F1,7,6)) = ?");
+        sql += QStringLiteral(" AND  (MID(D_D3.D_F1,7,6)) = ?");
         values << sel.driver;
     }
-    Recordset rs = db.DB_RSet_D_D(sql + QStringLiteral(" ORDER BY D_F1"), values);
+    Recordset rs = db.DB_RSet_D_D(sql, values);
     if (rs.RecordCount() < 1)
         return No_Data();
+    struct Trip {
+        QString key, speed, km;
+    };
+    std::vector<Trip> trips;
+    for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext())
+        trips.push_back({rs.Text(QStringLiteral("D_F1")), rs.Text(QStringLiteral("D_F2")), rs.Text(QStringLiteral("D_KM"))});
+    std::sort(trips.begin(), trips.end(), [](const Trip& a, const Trip& b) { return a.key < b.key; });
     Xlsx_Book book;
     if (!Excel_Open(book, QStringLiteral("list"), Excel_Template_Path(appDir, QStringLiteral("speedrate.xltx"))))
         return Missing_Template(true, kErrCode, book.Error());
@@ -41,15 +55,12 @@ Excel_Result Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection
     std::array<int, kClasses> minutes{};
     std::array<double, kClasses> km{};
     int done = 0;
-    for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-        Tell_Rows(sel, done++, rs.RecordCount());
+    for (const Trip& trip : trips) {
+        Tell_Rows(sel, done++, int(trips.size()));
         std::array<int16_t, 1441> speed{};
         std::array<float, 1441> cumulative{};
-        Decode_Minute_Speed(rs.Text(QStringLiteral("D_F2")), speed, kErrCode);
-        Recordset dist = db.DB_RSet_D_D(QStringLiteral("SELECT *  FROM D_D7 where D_F1= ?"),
-                                        {rs.Text(QStringLiteral("D_F1"))});
-        Decode_Minute_Distance(dist.RecordCount() > 0 ? dist.Text(QStringLiteral("D_F2")) : QString(), cumulative,
-                               kErrCode);
+        Decode_Minute_Speed(trip.speed, speed, kErrCode);
+        Decode_Minute_Distance(trip.km, cumulative, kErrCode);
         // Point m of the arrays is the end of minute m - 1.
         for (int m = 1; m <= 1440; ++m) {
             if (speed[m] <= 0)

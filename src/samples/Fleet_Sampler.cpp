@@ -86,7 +86,18 @@ Fleet_Result Fill_Fleet(Cls_DB& db, const Fleet_Request& r, const std::function<
             }
         }
         Reception_Outcome outcome;
-        Run_Inbox(db, outcome);
+        int failures = 0;
+        {
+            // The week's files in one commit where a reception commits each
+            // file: the rows are the same, and a fleet cut short is made again.
+            Cls_DB::Batch week(db);
+            Run_Inbox(db, outcome);
+            failures = db.Engine_Failures();
+        }
+        if (db.Engine_Failures() != failures) {
+            result.error = db.Last_Engine_Failure();
+            return result;
+        }
         result.trips += int(outcome.stored.size());
         result.kept += int(outcome.kept.size());
         done = std::min(all, (week + 1) * kWeek * r.cars);

@@ -363,4 +363,12 @@ void Cls_DB::Ensure_Schema()
     vex::Ensure_Schema(db, dialect_);
 }
 
+void Cls_DB::Ensure_Indexes()
+{
+    if (!open_)
+        Engine_Failure(QStringLiteral("Operation is not allowed when the object is closed."));
+    QSqlDatabase db = QSqlDatabase::database(name_, false);
+    vex::Ensure_Indexes(db, dialect_);
+}
+
 } // namespace vex

@@ -129,8 +129,11 @@ public:
     // True when the database has the table (names compared without case).
     bool Has_Table(const QString& table) const;
 
-    // Creates missing tables and the delivered settings rows.
+    // Creates missing tables and indexes and the delivered settings rows.
     void Ensure_Schema();
+    // Creates the indexes of the schema that the database lacks; the
+    // programs call it once they have opened the database.
+    void Ensure_Indexes();
 
     // Cars and drivers register themselves at first sight. A new car gets
     // the factory settings (engine factor "4.25", "FF", "3.0"), the standard

@@ -50,8 +50,10 @@ Recordset::Recordset(Cls_DB& db, const QString& sql, const QVariantList& values)
 
 int Recordset::Index(const QString& name) const
 {
+    // Asked for every field of every row: names of another length are no
+    // match, and need no comparison without case.
     for (int i = 0; i < names_.size(); ++i)
-        if (names_[i].compare(name, Qt::CaseInsensitive) == 0)
+        if (names_[i].size() == name.size() && names_[i].compare(name, Qt::CaseInsensitive) == 0)
             return i;
     return -1;
 }
@@ -69,6 +71,14 @@ QVariant Recordset::Field(const QString& name) const
     if (i < 0)
         throw RunTimeError(QStringLiteral("Item cannot be found in the collection: ") + name);
     return rows_[pos_][i];
+}
+
+QVariant Recordset::Field_At(int column) const
+{
+    Need_Row();
+    if (column < 0 || column >= names_.size())
+        throw RunTimeError(QStringLiteral("Item cannot be found in the collection: %1").arg(column));
+    return rows_[pos_][column];
 }
 
 void Recordset::AddNew()

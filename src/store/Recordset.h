@@ -40,6 +40,10 @@ public:
     QVariant Field(const QString& name) const;
     // Text of a field; Null reads as empty text.
     QString Text(const QString& name) const { return Field(name).toString(); }
+    // For a loop over many rows: the place of a field among Field_Names()
+    // (-1 without one), found once, and the current row's value there.
+    int Column_Of(const QString& name) const { return Index(name); }
+    QVariant Field_At(int column) const;
 
     // Starts a new row; fields not assigned stay Null.
     void AddNew();

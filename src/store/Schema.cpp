@@ -1,11 +1,13 @@
 #include "store/Schema.h"
 
 #include "core/Err_Proc.h"
+#include "store/SqlDialect.h"
 
 #include <QFile>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QSet>
 #include <QUuid>
 
 namespace vex {
@@ -79,6 +81,44 @@ std::vector<Table> Build()
     };
 }
 
+// Trips are read by day, month, car and driver, and by the parts of their
+// key: car LEFT(D_F1,6), driver MID(D_F1,7,6), day RIGHT(D_F1,6), and the
+// middle four characters MID(D_F1,5,4) of the period marks. A leading
+// part selected for equality comes first, the day after it for ranges.
+std::vector<Index> Build_Indexes()
+{
+    const QString car = QStringLiteral("LEFT(D_F1,6)"), driver = QStringLiteral("MID(D_F1,7,6)"),
+                  day = QStringLiteral("RIGHT(D_F1,6)");
+    return {
+        // Trip summaries: the day grids, the newest day and the periods
+        // (D_F4), the month grids, the operation view's stepping and the
+        // status of a car or driver, the reference reports and the ledger's
+        // look at a car's days.
+        {"D_D1_DAY", "D_D1", {"D_F4"}},
+        {"D_D1_MONTH", "D_D1", {"LEFT(D_F4,4)"}},
+        {"D_D1_CAR", "D_D1", {"D_F2", "D_F3", "D_F4"}},
+        {"D_D1_DRIVER", "D_D1", {"D_F3", "D_F4"}},
+        {"D_D1_KEY_DAY", "D_D1", {day}},
+        {"D_D1_KEY_CAR", "D_D1", {car, day}},
+        {"D_D1_KEY_DRIVER", "D_D1", {driver, day}},
+        {"D_D1_KEY_MIDDLE", "D_D1", {"MID(D_F1,5,4)", day}},
+        // Minute speeds: the speed rate, the fuel month, the period marks
+        // and the ledger's search for the same series on a day.
+        {"D_D3_KEY_DAY", "D_D3", {day}},
+        {"D_D3_KEY_CAR", "D_D3", {car, day}},
+        {"D_D3_KEY_DRIVER", "D_D3", {driver, day}},
+        {"D_D3_KEY_MIDDLE", "D_D3", {"MID(D_F1,5,4)", day}},
+        // Idling: the totals from a day on, and the month grids.
+        {"D_DI_KEY_CAR", "D_DI", {car, day}},
+        {"D_DI_KEY_DRIVER", "D_DI", {driver, day}},
+        {"D_DI_MONTH", "D_DI", {"LEFT(RIGHT(D_F1,6),4)"}},
+        // Quick brakes: a car's newest buffers.
+        {"D_D2_KEY_CAR", "D_D2", {car, day}},
+        // The ledger's days of a trip key.
+        {"X_LEDGER_DAY_KEY", "X_LEDGER_DAY", {"D_F3"}},
+    };
+}
+
 QString Sql_Type(ColType type, Engine engine)
 {
     if (type == ColType::Text)
@@ -138,6 +178,12 @@ const Table* Find_Table(const QString& name)
     return nullptr;
 }
 
+const std::vector<Index>& Schema_Indexes()
+{
+    static const std::vector<Index> indexes = Build_Indexes();
+    return indexes;
+}
+
 QStringList Schema_Statements(Engine engine)
 {
     QStringList out;
@@ -152,10 +198,24 @@ QStringList Schema_Statements(Engine engine)
     return out;
 }
 
+QStringList Index_Statements(Engine engine)
+{
+    QStringList out;
+    if (engine == Engine::Odbc)
+        return out;
+    for (const Index& x : Schema_Indexes()) {
+        QStringList terms;
+        for (const QString& term : x.terms)
+            terms << Translate_Sql(term, engine);
+        out << QStringLiteral("CREATE INDEX IF NOT EXISTS %1 ON %2 (%3)").arg(x.name, x.table, terms.join(','));
+    }
+    return out;
+}
+
 void Ensure_Schema(QSqlDatabase& db, Engine engine)
 {
     const QString kNone = QStringLiteral(""); // empty text, not Null
-    for (const QString& sql : Schema_Statements(engine))
+    for (const QString& sql : Schema_Statements(engine) + Index_Statements(engine))
         Run(db, sql);
 
     // The settings row: factory account, FTP defaults, no remote company,
@@ -176,6 +236,27 @@ void Ensure_Schema(QSqlDatabase& db, Engine engine)
     Seed(db, QStringLiteral("S_D4"),
          {QStringLiteral("브레이크"), QStringLiteral("사이드브레이크"), QStringLiteral("방향지시등(L)"),
           QStringLiteral("방향지시등(R)"), QStringLiteral("와이퍼"), QStringLiteral("안전벨트")});
+}
+
+void Ensure_Indexes(QSqlDatabase& db, Engine engine)
+{
+    const QStringList statements = Index_Statements(engine);
+    if (statements.isEmpty())
+        return;
+    QSqlQuery q(db);
+    const QString catalogue = engine == Engine::Sqlite
+        ? QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'index'")
+        : QStringLiteral("SELECT indexname FROM pg_indexes WHERE schemaname = current_schema()");
+    if (!q.exec(catalogue))
+        throw RunTimeError(q.lastError().text() + QStringLiteral(" [") + catalogue + QLatin1Char(']'));
+    QSet<QString> present;
+    while (q.next())
+        present.insert(q.value(0).toString().toUpper());
+    q.finish();
+    const std::vector<Index>& indexes = Schema_Indexes();
+    for (size_t i = 0; i < indexes.size(); ++i)
+        if (!present.contains(indexes[i].name.toUpper()))
+            Run(db, statements[qsizetype(i)]);
 }
 
 bool Create_Sqlite_Database(const QString& path, QString* reason)

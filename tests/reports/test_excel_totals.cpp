@@ -216,6 +216,7 @@ TEST_F(Excel_Totals, SecondsOfAPeriodASheetADayAndTheTextFileTheInboxLeavesAlone
 TEST_F(Excel_Totals, MonthDaySectionAndNotANumberGrids)
 {
     Month();
+    EXPECT_EQ(Month_List(db()), (std::vector<std::pair<QString, QString>>{{"2026/01", "2601"}}));
     // Ranked by the average mark; "5" keeps five, 1 keeps the best.
     Grid_Table month = Car_Condition_Grid(db(), "2601", false, 0);
     ASSERT_EQ(month.rows.size(), 2u);
