@@ -25,7 +25,7 @@ namespace {
 
 enum : int { kTextBackupExists = 5014, kTextMoveFromLive = 5015 };
 
-QString App(const QString& systemPath)
+QString App_File(const QString& systemPath)
 {
     return App_Path(G().App_Dir, systemPath);
 }
@@ -35,7 +35,7 @@ QString App(const QString& systemPath)
 bool Is_Live_Database(Cls_DB& live, const QString& source)
 {
     const QFileInfo chosen(source);
-    QStringList ours{QFileInfo(App(QStringLiteral("\\db"))).canonicalFilePath()};
+    QStringList ours{QFileInfo(App_File(QStringLiteral("\\db"))).canonicalFilePath()};
     const DbTarget& t = live.Target();
     if (t.engine == Engine::Sqlite)
         ours << QFileInfo(t.database).absoluteDir().canonicalPath();
@@ -84,7 +84,7 @@ Exchange_Report Backup(Cls_DB& live, const QString& from, const QString& to, con
     };
     Selection all{from, to};
     const QString name = from + to;
-    const QString zip = App(QStringLiteral("\\exp\\")) + name + QStringLiteral(".zip");
+    const QString zip = App_File(QStringLiteral("\\exp\\")) + name + QStringLiteral(".zip");
     // A package of this period holds the rows an earlier backup took out of
     // the database: a second run would put an emptier one in its place.
     if (QFileInfo::exists(zip)) {
@@ -149,7 +149,7 @@ Exchange_Report Rebuild_Day(Cls_DB& live, const QString& vexFile, const QString&
     // The detector reads the day from its place under "\pack". The chosen
     // file is read whole and checked before it takes that place, and the
     // day file it replaces comes back when the rebuild fails.
-    const QString target = App(Day_File_Name(c, driver, day));
+    const QString target = App_File(Day_File_Name(c, driver, day));
     const bool elsewhere = QFileInfo(vexFile).absoluteFilePath() != QFileInfo(target).absoluteFilePath();
     std::optional<QByteArray> replaced;
     if (elsewhere && !Guarded(kErrRebuild, [&] {
@@ -246,7 +246,7 @@ Exchange_Report Move_From(Cls_DB& live, const QString& path, int option, const Q
             const QStringList parts = rel.split(QLatin1Char('/'));
             if (parts.size() != 3 || !Is_Code(parts[0]) || !Is_Day(parts[1]) || parts[1] < fromDay)
                 continue;
-            const QString target = App(QStringLiteral("\\pack\\%1\\%2\\%3").arg(parts[0], parts[1], parts[2]));
+            const QString target = App_File(QStringLiteral("\\pack\\%1\\%2\\%3").arg(parts[0], parts[1], parts[2]));
             QDir().mkpath(QFileInfo(target).absolutePath());
             if (FileSystem(G().App_Dir).CopyFile(file, target))
                 r.files << target;
