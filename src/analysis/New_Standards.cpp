@@ -62,7 +62,7 @@ bool Same(const Trip_Recount& a, const Trip_Recount& b)
            a.band2 == b.band2 && a.band3 == b.band3;
 }
 
-QString First_Text(Cls_DB& db, const QString& sql, const QString& key, bool& found)
+QString First_Series(Cls_DB& db, const QString& sql, const QString& key, bool& found)
 {
     Recordset rs = db.DB_RSet_D_D(sql, {key});
     found = rs.RecordCount() > 0;
@@ -100,7 +100,7 @@ Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Records
     const QVariant stored = trip.Field(QStringLiteral("D_F8"));
     if (!stored.isNull() && Is_Numeric(stored.toString())) {
         tenths = float(Val(stored.toString()));
-        QString cells = First_Text(db, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), key, found);
+        QString cells = First_Series(db, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), key, found);
         if (found) {
             Clear_Pack_Distance_Flags(cells);
             tenths = float(Sum_Distance_Cells(cells));
@@ -121,7 +121,7 @@ Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Records
 
     // 3, 5. Overspeed minutes and bands from the minute speed; a trip
     // without one keeps them.
-    const QString secData = First_Text(db, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), key, found);
+    const QString secData = First_Series(db, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), key, found);
     if (found) {
         const Overspeed_Minutes over = Count_Overspeed_Minutes(secData, limit);
         t.overspeed = over.count;
