@@ -23,8 +23,6 @@ namespace vex {
 
 namespace {
 
-constexpr int kHourChars = 120;
-
 // Cells of added into series from at on, where the series still holds "00".
 void Merge_Cells(QString& series, int at, const QString& added)
 {

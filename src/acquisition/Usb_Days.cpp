@@ -18,8 +18,6 @@ constexpr int kSamples250 = 16; // first sample of a record
 constexpr int kSampleSize250 = 8;
 constexpr int kMinute250 = 496; // the minute's two values
 
-constexpr int kHourChars = 120;
-
 // An erased byte (FF) carries no value.
 uint8_t Clean(uint8_t b)
 {

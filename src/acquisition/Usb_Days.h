@@ -60,6 +60,10 @@ private:
 };
 
 // ---- Model "130": the three regions of the filed part of a log.
+// An hour of a minute series as the log's blocks hold it: 60 cells of two
+// characters.
+inline constexpr int kHourChars = 120;
+
 // A day's minute series from the hour blocks: speed in km/h, distance in
 // tenths of a kilometre, the second channel, element m for clock minute m.
 struct Usb_Minute_Day {

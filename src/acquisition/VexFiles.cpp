@@ -7,7 +7,7 @@ namespace vex {
 
 namespace {
 
-constexpr char kLineEnd[] = "\r\n";
+constexpr char kCrLf[] = "\r\n";
 constexpr int kSysRecordChars = 152;  // the last byte of the system page isn't read
 constexpr int kTotalDistanceChars = 6;
 
@@ -16,7 +16,7 @@ bool Write_Bytes(const QString& path, QIODevice::OpenMode mode, const QString& l
     QFile f(path);
     if (!f.open(mode))
         return false;
-    const QByteArray bytes = line.toLatin1() + kLineEnd;
+    const QByteArray bytes = line.toLatin1() + kCrLf;
     return f.write(bytes) == bytes.size();
 }
 

@@ -1,6 +1,7 @@
 // The read side of one trip: the summary row and the three minute series of
 // a day, the step to the day before or after, the section list, and one
 // hour of the day file.
+#include "analysis/Graph_Codes.h"
 #include "analysis/Operation_Graph.h"
 
 #include "core/Err_Proc.h"
@@ -17,9 +18,7 @@ namespace vex {
 
 namespace {
 
-constexpr int16_t kErrSearch_Data = 1103;
 constexpr int16_t kErrSearch_Data_Move_Date = 1104;
-constexpr int16_t kErrSearch_SecData = 1107;
 
 // The trip's figures of a D_D1 row; the series are read apart.
 Stored_Trip Trip_Of(const Recordset& rs)

@@ -1,6 +1,7 @@
 // The empty frame of the day and hour canvas: the bands, the time ticks of
 // the zoom window with their Korean labels, the grid with its RPM and speed
 // labels, the speed limit line and the band titles.
+#include "analysis/Graph_Codes.h"
 #include "analysis/Graph_Surface.h"
 #include "analysis/Operation_Graph.h"
 
@@ -17,8 +18,6 @@
 namespace vex {
 
 namespace {
-
-constexpr int16_t kErrPicture_Base_Draw = 1117;
 
 const QString kHour = QStringLiteral("시");
 const QString kMinute = QStringLiteral("분");

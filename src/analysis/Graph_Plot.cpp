@@ -1,5 +1,6 @@
 // The decoded day or hour on top of its frame: speed, the state band, the
 // folded distance line and the RPM bands.
+#include "analysis/Graph_Codes.h"
 #include "analysis/Graph_Surface.h"
 #include "analysis/Operation_Graph.h"
 
@@ -14,8 +15,6 @@
 namespace vex {
 
 namespace {
-
-constexpr int16_t kErrPicture_Base_Draw = 1117;
 
 constexpr uint32_t kSpeedColor = 0xC00000;
 constexpr uint32_t kStandingColor = 0xFF; // engine running, not moving

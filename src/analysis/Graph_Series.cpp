@@ -1,5 +1,6 @@
 // The stored series as arrays for the graph, the section walk of a day and
 // the long stops of a speed series.
+#include "analysis/Graph_Codes.h"
 #include "analysis/Operation_Graph.h"
 
 #include "core/Err_Proc.h"
@@ -13,8 +14,6 @@ namespace vex {
 
 namespace {
 
-constexpr int16_t kErrSearch_Data = 1103;
-constexpr int16_t kErrSearch_SecData = 1107;
 constexpr int16_t kErrUnH_Time = 1112;
 
 // Cells of two characters into out[1..cells]: hexadecimal, or with decimal

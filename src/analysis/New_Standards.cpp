@@ -64,7 +64,7 @@ bool Same(const Trip_Recount& a, const Trip_Recount& b)
            a.band2 == b.band2 && a.band3 == b.band3;
 }
 
-QString First_Text(Cls_DB& db, const QString& sql, const QString& key, bool& found)
+QString First_Series(Cls_DB& db, const QString& sql, const QString& key, bool& found)
 {
     Recordset rs = db.DB_RSet_D_D(sql, {key});
     found = rs.RecordCount() > 0;
@@ -105,7 +105,7 @@ Trip_Reading Read_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset&
     if (!stored.isNull() && Is_Numeric(stored.toString())) {
         r.tenths = float(Val(stored.toString()));
         bool found = false;
-        QString cells = First_Text(db, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), r.key, found);
+        QString cells = First_Series(db, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), r.key, found);
         if (found) {
             Clear_Pack_Distance_Flags(cells);
             r.tenths = float(Sum_Distance_Cells(cells));
@@ -124,7 +124,7 @@ Trip_Reading Read_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset&
         }
     }
 
-    r.secData = First_Text(db, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), r.key, r.hasSpeed);
+    r.secData = First_Series(db, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), r.key, r.hasSpeed);
 
     const Day_File_Ref dayFile = Trip_Day_File(db, standards.U_PackDir, car, driver, day);
     if (dayFile.Found()) {

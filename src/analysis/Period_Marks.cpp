@@ -24,7 +24,7 @@ QString Grouped(double v)
     return c.toString(v, 'f', 2);
 }
 
-double Number(const Recordset& rs, const char* field)
+double Field_Number(const Recordset& rs, const char* field)
 {
     return Val(rs.Text(QLatin1String(field)));
 }
@@ -64,10 +64,11 @@ Day_Marks DB_Search_DayAVG(Cls_DB& db, const QString& carNumber, const QString& 
                 QStringLiteral("SELECT * FROM D_D1 WHERE Mid(D_F1,5,4)=? AND RIGHT(D_F1,6) = ?"), {carNumber, day});
             if (trip.RecordCount() < 1)
                 continue;
-            const double deduction = Number(trip, "D_F10") * cfg.B_Val6 + runs * cfg.B_Val10 +
-                                     Number(trip, "D_F11") * cfg.B_Val7 + Number(trip, "D_F12") * cfg.B_Val8;
+            const double deduction = Field_Number(trip, "D_F10") * cfg.B_Val6 + runs * cfg.B_Val10 +
+                                     Field_Number(trip, "D_F11") * cfg.B_Val7 +
+                                     Field_Number(trip, "D_F12") * cfg.B_Val8;
             // Without distance the factor is 0 here (CAL_AVG takes 1).
-            const double km = Number(trip, "D_F8") / 10;
+            const double km = Field_Number(trip, "D_F8") / 10;
             const double factor = km != 0 ? cfg.B_Val3 / km : 0;
             const double mark = std::max(0.0, std::round(cfg.B_Val2 - factor * deduction));
             out.sum += mark;
@@ -80,10 +81,10 @@ Day_Marks DB_Search_DayAVG(Cls_DB& db, const QString& carNumber, const QString& 
             {driver, start, end});
         for (list.MoveFirst(); !list.EOF_(); list.MoveNext()) {
             out.list.push_back({list.Text(QStringLiteral("D_F4")), list.Text(QStringLiteral("D_F2")),
-                                list.Text(QStringLiteral("D_F3")), Grouped(Number(list, "D_F8") / 10),
-                                Grouped(Number(list, "D_F14")), Grouped(Number(list, "D_F16")),
+                                list.Text(QStringLiteral("D_F3")), Grouped(Field_Number(list, "D_F8") / 10),
+                                Grouped(Field_Number(list, "D_F14")), Grouped(Field_Number(list, "D_F16")),
                                 list.Text(QStringLiteral("D_F24")), list.Text(QStringLiteral("D_F25"))});
-            out.columns.push_back({list.Text(QStringLiteral("D_F4")), Number(list, "D_F16")});
+            out.columns.push_back({list.Text(QStringLiteral("D_F4")), Field_Number(list, "D_F16")});
         }
     });
     return out;
@@ -100,11 +101,11 @@ Avg_Days DB_Search_AvgDay(Cls_DB& db, const QString& start, const QString& end)
         if (days.RecordCount() < 1)
             return;
         for (days.MoveFirst(); !days.EOF_(); days.MoveNext())
-            out.columns.push_back({days.Text(QStringLiteral("D_F4")), Number(days, "D_AVG")});
+            out.columns.push_back({days.Text(QStringLiteral("D_F4")), Field_Number(days, "D_AVG")});
         out.days = int(out.columns.size());
         Recordset all = db.DB_RSet_D_D(
             QStringLiteral("SELECT Avg(D_F16) as D_AVG_SUM FROM D_D1 WHERE D_F4 >=? And D_F6 <=?"), {start, end});
-        out.average = std::round(Number(all, "D_AVG_SUM") * 100) / 100;
+        out.average = std::round(Field_Number(all, "D_AVG_SUM") * 100) / 100;
     });
     return out;
 }

@@ -239,7 +239,7 @@ void Check_Neighbours(const Day_Evidence& d, const Day_Context& c, std::vector<F
         out.push_back({Finding_Kind::Unknown_Driver, -1, 0, 0, c.driver});
 }
 
-QString Number(double value, int decimals)
+QString Fixed_Number(double value, int decimals)
 {
     return QString::number(value, 'f', decimals);
 }
@@ -285,23 +285,24 @@ QString Finding_Text(const Finding& f)
     switch (f.kind) {
     case Finding_Kind::Distance_Mismatch: {
         const double percent = f.reference > 0 ? 100.0 * (f.measured - f.reference) / f.reference : 100.0;
-        text = LoadResString(5100).arg(Number(f.measured, 1), Number(f.reference, 1), Number(percent, 0));
+        text = LoadResString(5100).arg(Fixed_Number(f.measured, 1), Fixed_Number(f.reference, 1),
+                                       Fixed_Number(percent, 0));
         break;
     }
     case Finding_Kind::Speed_Jump:
-        text = LoadResString(5101).arg(Number(f.reference, 0), Number(f.measured, 0));
+        text = LoadResString(5101).arg(Fixed_Number(f.reference, 0), Fixed_Number(f.measured, 0));
         break;
     case Finding_Kind::Speed_Without_Distance:
-        text = LoadResString(5102).arg(Number(f.measured, 0), Number(f.reference, 1));
+        text = LoadResString(5102).arg(Fixed_Number(f.measured, 0), Fixed_Number(f.reference, 1));
         break;
     case Finding_Kind::Engine_Off_Moving:
-        text = LoadResString(5103).arg(Number(f.measured, 0), Number(f.reference, 0));
+        text = LoadResString(5103).arg(Fixed_Number(f.measured, 0), Fixed_Number(f.reference, 0));
         break;
     case Finding_Kind::Flat_Speed:
-        text = LoadResString(5104).arg(Number(f.measured, 0), Number(f.reference, 0));
+        text = LoadResString(5104).arg(Fixed_Number(f.measured, 0), Fixed_Number(f.reference, 0));
         break;
     case Finding_Kind::Over_200:
-        text = LoadResString(5105).arg(Number(f.measured, 0));
+        text = LoadResString(5105).arg(Fixed_Number(f.measured, 0));
         break;
     case Finding_Kind::Clock_Backwards:
         text = LoadResString(5106);

@@ -1,5 +1,6 @@
 #include "analysis/Quick_Brake_Chart.h"
 
+#include "analysis/Graph_Codes.h"
 #include "analysis/Graph_Surface.h"
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
@@ -13,9 +14,7 @@ namespace vex {
 
 namespace {
 
-constexpr int16_t kErrPicture_Base_Draw = 1117;
-constexpr int16_t kErrSearch_Data = 1103;
-constexpr uint32_t kSpeedColor = 0xC00000;
+constexpr uint32_t kBrakeSpeedColor = 0xC00000;
 
 // "MM월 dd일 HH시 mm분 ss초" of a stamp of ten digits.
 QString Stamp_Text(const QString& digits)
@@ -140,7 +139,7 @@ void Quick_Brake_Chart::Quick_Brack_Graph(Graph_Surface& s, int slot)
         auto Y = [&](int v) { return std::max(BTop, BBottom - float(v) * BY_Gap); };
         s.DrawWidth = Out_Direction == 0 ? 1 : 3;
         for (int n = 1; n < int(BX_Count); ++n)
-            s.Line(Sample_X(n), Y(speed_[size_t(n)]), Sample_X(n + 1), Y(speed_[size_t(n + 1)]), kSpeedColor);
+            s.Line(Sample_X(n), Y(speed_[size_t(n)]), Sample_X(n + 1), Y(speed_[size_t(n + 1)]), kBrakeSpeedColor);
         s.DrawWidth = 1;
         QB_Current_Point = Sample_X(1);
 

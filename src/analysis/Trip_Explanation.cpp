@@ -66,7 +66,7 @@ void Minutes_Over(const QString& list, std::vector<Explained_Event>& out)
     }
 }
 
-QString Number(double v)
+QString Figure(double v)
 {
     // As few decimals as the value needs, up to four.
     QString s = QString::number(v, 'f', 4);
@@ -121,11 +121,11 @@ QStringList Explanation_Lines(const Trip_Explanation& e)
     const Mark_Explanation& m = e.mark;
     lines << Lang_Text(QStringLiteral("운행 %1 %2 %3의 점수"), QStringLiteral("the mark of trip %1 %2 %3"))
                  .arg(e.car, e.driver, e.day);
-    lines << Lang_Text(QStringLiteral("  기준 점수 %1"), QStringLiteral("  standard score %1")).arg(Number(m.base));
+    lines << Lang_Text(QStringLiteral("  기준 점수 %1"), QStringLiteral("  standard score %1")).arg(Figure(m.base));
     for (const Mark_Term& t : m.terms)
-        lines << QStringLiteral("  - %1: %2 × %3 = %4").arg(Mark_Event_Name(t.kind), Number(t.count), Number(t.each),
-                                                          Number(t.deduction));
-    lines << Lang_Text(QStringLiteral("  감점 합계 %1"), QStringLiteral("  deductions %1")).arg(Number(m.deductions));
+        lines << QStringLiteral("  - %1: %2 × %3 = %4").arg(Mark_Event_Name(t.kind), Figure(t.count), Figure(t.each),
+                                                          Figure(t.deduction));
+    lines << Lang_Text(QStringLiteral("  감점 합계 %1"), QStringLiteral("  deductions %1")).arg(Figure(m.deductions));
     if (m.noBaseDistance) {
         lines << Lang_Text(QStringLiteral("  기준 거리가 0이므로 점수는 0"), QStringLiteral("  the standard distance is 0: the mark is 0"));
     } else if (m.km == 0) {
@@ -133,11 +133,11 @@ QStringList Explanation_Lines(const Trip_Explanation& e)
     } else {
         lines << Lang_Text(QStringLiteral("  거리 계수 = 기준 거리 %1 km / 운행 거리 %2 km = %3"),
                            QStringLiteral("  distance factor = standard distance %1 km / trip %2 km = %3"))
-                     .arg(Number(m.baseKm), Number(m.km), Number(m.factor));
+                     .arg(Figure(m.baseKm), Figure(m.km), Figure(m.factor));
     }
     if (!m.noBaseDistance)
         lines << Lang_Text(QStringLiteral("  %1 - %2 × %3 = %4, 반올림 %5"), QStringLiteral("  %1 - %2 × %3 = %4, rounded %5"))
-                     .arg(Number(m.base), Number(m.factor), Number(m.deductions), Number(m.unrounded), m.mark);
+                     .arg(Figure(m.base), Figure(m.factor), Figure(m.deductions), Figure(m.unrounded), m.mark);
     lines << Lang_Text(QStringLiteral("  점수 %1 (저장된 점수 %2)"), QStringLiteral("  mark %1 (stored %2)"))
                  .arg(m.mark, e.storedMark);
     if (QString::number(e.storedMark.toDouble()) != m.mark)

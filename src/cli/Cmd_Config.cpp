@@ -64,7 +64,7 @@ QString Value_Of(const Config_Fields& f, const Config_Name& n)
     return n.field > 0 ? f.text[size_t(n.field)] : QString::number(f.check[size_t(-n.field)] ? 1 : 0);
 }
 
-int Usage(Context& ctx, const QString& why)
+int Config_Usage(Context& ctx, const QString& why)
 {
     ctx.err << "vexcli: " << why << "\n"
             << "  config show\n"
@@ -83,18 +83,18 @@ int Cmd_Config(Context& ctx)
     const QString verb = args.isEmpty() ? QString() : args.takeFirst();
     const bool set = verb == QLatin1String("set");
     if (!set && verb != QLatin1String("show"))
-        return Usage(ctx, QStringLiteral("config takes show or set"));
+        return Config_Usage(ctx, QStringLiteral("config takes show or set"));
     if ((set && (args.isEmpty() || args.size() % 2 != 0)) || (!set && !args.isEmpty()))
-        return Usage(ctx, QStringLiteral("config set takes FIELD VALUE pairs, config show nothing"));
+        return Config_Usage(ctx, QStringLiteral("config set takes FIELD VALUE pairs, config show nothing"));
     for (int i = 0; i < args.size(); i += 2) {
         const Config_Name* n = Find(args[i]);
         if (!n)
-            return Usage(ctx, QStringLiteral("\"%1\" is no field of the settings").arg(args[i]));
+            return Config_Usage(ctx, QStringLiteral("\"%1\" is no field of the settings").arg(args[i]));
         const QString& v = args[i + 1];
         if (n->field < 0 && v != QLatin1String("0") && v != QLatin1String("1"))
-            return Usage(ctx, QStringLiteral("%1 is 0 or 1").arg(QLatin1String(n->name)));
+            return Config_Usage(ctx, QStringLiteral("%1 is 0 or 1").arg(QLatin1String(n->name)));
         if (n->field == 14 && (v.size() != 8 || !std::all_of(v.begin(), v.end(), [](QChar c) { return c.isDigit(); })))
-            return Usage(ctx, QStringLiteral("S_CompanyCode is 8 digits"));
+            return Config_Usage(ctx, QStringLiteral("S_CompanyCode is 8 digits"));
     }
     if (!Start_App(ctx) || !Load_App_Settings(ctx))
         return 2;

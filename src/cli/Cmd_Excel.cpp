@@ -4,7 +4,6 @@
 #include "cli/Graph_Output.h"
 
 #include "core/Mod_Main.h"
-#include "core/VbText.h"
 #include "reports/Excel_Grid.h"
 #include "store/Cls_DB.h"
 
@@ -50,7 +49,7 @@ const std::map<QString, Excel_Kind>& Kinds()
     return kinds;
 }
 
-int Usage_Error(Context& ctx, const QString& what)
+int Excel_Usage(Context& ctx, const QString& what)
 {
     ctx.err << "vexcli: " << what << "\n"
             << "  excel " << Excel_Kind_Names().join(QLatin1Char('|'))
@@ -58,11 +57,6 @@ int Usage_Error(Context& ctx, const QString& what)
             << "  (daystatus, daydr, day_fuel: the day of --from; carcondition, daystatus2: its month,\n"
             << "   by driver when --driver is given; bat and speedfile: every second of the period)\n";
     return 2;
-}
-
-bool Day_Text(const QString& s)
-{
-    return s.size() == 6 && All_Digits(s);
 }
 
 } // namespace
@@ -81,21 +75,21 @@ int Cmd_Excel(Context& ctx)
     const QString name = args.isEmpty() ? QString() : args.takeFirst();
     const auto kind = Kinds().find(name);
     if (kind == Kinds().end())
-        return Usage_Error(ctx, QStringLiteral("no report kind ") + name);
+        return Excel_Usage(ctx, QStringLiteral("no report kind ") + name);
     Excel_Selection sel;
     sel.car = Take_Option(args, QStringLiteral("--car"));
     sel.driver = Take_Option(args, QStringLiteral("--driver"));
     sel.from = Take_Option(args, QStringLiteral("--from"));
     sel.to = Take_Option(args, QStringLiteral("--to"));
     const QString out = Take_Out_Path(args);
-    const bool ok = args.isEmpty() && Day_Text(sel.from) && Day_Text(sel.to) && sel.from <= sel.to &&
+    const bool ok = args.isEmpty() && Day_Word(sel.from) && Day_Word(sel.to) && sel.from <= sel.to &&
                     (!kind->second.needsCar || sel.car.size() == 6) &&
                     (!kind->second.needsDriver || sel.driver.size() == 6) &&
                     (out.isEmpty() || out.endsWith(QLatin1String(kind->second.ending), Qt::CaseInsensitive));
     // daystatus2 is one car's or one driver's month.
     const bool oneOfThem = name != QLatin1String("daystatus2") || sel.car.size() == 6 || sel.driver.size() == 6;
     if (!ok || !oneOfThem)
-        return Usage_Error(ctx, QStringLiteral("wrong words for excel ") + name);
+        return Excel_Usage(ctx, QStringLiteral("wrong words for excel ") + name);
     // A workbook goes into a folder that is there, as every other output.
     if (!out.isEmpty() && !QFileInfo(QFileInfo(out).absolutePath()).isDir()) {
         ctx.err << "vexcli: cannot write " << out << "\n";

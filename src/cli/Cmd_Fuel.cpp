@@ -18,7 +18,7 @@ namespace vex::cli {
 
 namespace {
 
-int Usage_Error(Context& ctx, const QString& what)
+int Fuel_Usage(Context& ctx, const QString& what)
 {
     ctx.err << "vexcli: " << what << "\n"
             << "  fuel day YYMMDD\n"
@@ -43,7 +43,7 @@ int Cmd_Fuel(Context& ctx)
     Fuel_Rates rates;
     if (kind == QLatin1String("day")) {
         if (args.size() != 1 || !Is_Day(args[0]))
-            return Usage_Error(ctx, QStringLiteral("fuel day takes YYMMDD"));
+            return Fuel_Usage(ctx, QStringLiteral("fuel day takes YYMMDD"));
     } else if (kind == QLatin1String("month")) {
         bool ok = true, okSpeed = false, okPrice = false;
         rates.speed = Take_Option(args, QStringLiteral("--speed")).toInt(&okSpeed);
@@ -57,9 +57,9 @@ int Cmd_Fuel(Context& ctx)
         for (const double amount : {rates.price, rates.over, rates.accel, rates.idle, rates.brake})
             ok = ok && std::isfinite(amount) && amount >= 0;
         if (!ok || !okSpeed || !okPrice || args.size() != 1 || args[0].size() != 4 || !All_Digits(args[0]))
-            return Usage_Error(ctx, QStringLiteral("wrong words for fuel month"));
+            return Fuel_Usage(ctx, QStringLiteral("wrong words for fuel month"));
     } else {
-        return Usage_Error(ctx, QStringLiteral("fuel day|month"));
+        return Fuel_Usage(ctx, QStringLiteral("fuel day|month"));
     }
     if (!Start_App(ctx) || !Load_App_Settings(ctx))
         return 2;

@@ -10,7 +10,6 @@
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
-#include "core/VbText.h"
 #include "store/Cls_DB.h"
 
 namespace vex::cli {
@@ -22,12 +21,7 @@ bool Six(const QString& s)
     return s.size() == 6;
 }
 
-bool Day_Text(const QString& s)
-{
-    return s.size() == 6 && All_Digits(s);
-}
-
-int Usage_Error(Context& ctx, const QString& what)
+int Graph_Usage(Context& ctx, const QString& what)
 {
     ctx.err << "vexcli: " << what << "\n"
             << "  graph day CARCODE DRIVERCODE YYMMDD [--zoom 1|2|6|12|24 --hour H] --out FILE.png|FILE.pdf "
@@ -50,7 +44,7 @@ QString Trip_Line(const Stored_Trip& trip)
              Date_Dash(trip.startDay), Time4_To_Text(trip.startTime), Time4_To_Text(trip.endTime), trip.distance);
 }
 
-int Finish(Context& ctx, const Graph_File& file, bool ok, const QString& reason, bool found)
+int Finish_Graph(Context& ctx, const Graph_File& file, bool ok, const QString& reason, bool found)
 {
     if (!ok) {
         ctx.err << "vexcli: " << reason << "\n";
@@ -66,12 +60,12 @@ int Graph_Day(Context& ctx, QStringList args)
     QString reason;
     int zoom = 24, hour = 0;
     if (!Take_Output(args, file, reason))
-        return Usage_Error(ctx, reason);
+        return Graph_Usage(ctx, reason);
     if (!Number_Option(args, QStringLiteral("--zoom"), 24, 1, 24, zoom, {1, 2, 6, 12, 24}) ||
         !Number_Option(args, QStringLiteral("--hour"), 0, 0, 23, hour))
-        return Usage_Error(ctx, QStringLiteral("--zoom is 1, 2, 6, 12 or 24 and --hour 0 to 23"));
-    if (args.size() != 3 || !Six(args[0]) || !Six(args[1]) || !Day_Text(args[2]))
-        return Usage_Error(ctx, QStringLiteral("graph day CARCODE DRIVERCODE YYMMDD (six characters each)"));
+        return Graph_Usage(ctx, QStringLiteral("--zoom is 1, 2, 6, 12 or 24 and --hour 0 to 23"));
+    if (args.size() != 3 || !Six(args[0]) || !Six(args[1]) || !Day_Word(args[2]))
+        return Graph_Usage(ctx, QStringLiteral("graph day CARCODE DRIVERCODE YYMMDD (six characters each)"));
     if (!Started(ctx))
         return 2;
     Cls_DB& db = *G().DB;
@@ -91,7 +85,7 @@ int Graph_Day(Context& ctx, QStringList args)
             og.Draw_Day(s);
         },
         reason);
-    return Finish(ctx, file, ok, reason, found);
+    return Finish_Graph(ctx, file, ok, reason, found);
 }
 
 int Graph_Hour(Context& ctx, QStringList args)
@@ -100,14 +94,14 @@ int Graph_Hour(Context& ctx, QStringList args)
     QString reason;
     int zoom = 60, minute = 0;
     if (!Take_Output(args, file, reason))
-        return Usage_Error(ctx, reason);
+        return Graph_Usage(ctx, reason);
     if (!Number_Option(args, QStringLiteral("--zoom"), 60, 1, 60, zoom, {1, 2, 15, 30, 60}) ||
         !Number_Option(args, QStringLiteral("--minute"), 0, 0, 59, minute))
-        return Usage_Error(ctx, QStringLiteral("--zoom is 1, 2, 15, 30 or 60 and --minute 0 to 59"));
+        return Graph_Usage(ctx, QStringLiteral("--zoom is 1, 2, 15, 30 or 60 and --minute 0 to 59"));
     bool hourOk = false;
     const int h = args.size() == 4 ? args[3].toInt(&hourOk) : -1;
-    if (args.size() != 4 || !Six(args[0]) || !Six(args[1]) || !Day_Text(args[2]) || !hourOk || h < 0 || h > 23)
-        return Usage_Error(ctx, QStringLiteral("graph hour CARCODE DRIVERCODE YYMMDD HH (hour 00 to 23)"));
+    if (args.size() != 4 || !Six(args[0]) || !Six(args[1]) || !Day_Word(args[2]) || !hourOk || h < 0 || h > 23)
+        return Graph_Usage(ctx, QStringLiteral("graph hour CARCODE DRIVERCODE YYMMDD HH (hour 00 to 23)"));
     if (!Started(ctx))
         return 2;
     Cls_DB& db = *G().DB;
@@ -132,7 +126,7 @@ int Graph_Hour(Context& ctx, QStringList args)
             og.Draw_Hour(s);
         },
         reason);
-    return Finish(ctx, file, ok, reason, found);
+    return Finish_Graph(ctx, file, ok, reason, found);
 }
 
 int Graph_Quick_Brake(Context& ctx, QStringList args)
@@ -141,11 +135,11 @@ int Graph_Quick_Brake(Context& ctx, QStringList args)
     QString reason;
     int slot = 1;
     if (!Take_Output(args, file, reason))
-        return Usage_Error(ctx, reason);
+        return Graph_Usage(ctx, reason);
     if (!Number_Option(args, QStringLiteral("--slot"), 1, 1, 4, slot))
-        return Usage_Error(ctx, QStringLiteral("--slot is 1 to 4"));
+        return Graph_Usage(ctx, QStringLiteral("--slot is 1 to 4"));
     if (args.size() != 1 || !Six(args[0]))
-        return Usage_Error(ctx, QStringLiteral("graph quickbrake CARCODE (six characters)"));
+        return Graph_Usage(ctx, QStringLiteral("graph quickbrake CARCODE (six characters)"));
     if (!Started(ctx))
         return 2;
     Quick_Brake_Chart chart;
@@ -168,7 +162,7 @@ int Graph_Quick_Brake(Context& ctx, QStringList args)
         for (int n = 1; n <= 60; ++n)
             ctx.out << chart.QB_Speed_Search(n) << (n % 20 == 0 ? "\n" : " ");
     }
-    return Finish(ctx, file, ok, reason, found);
+    return Finish_Graph(ctx, file, ok, reason, found);
 }
 
 // The driver of a car's first trip in the period, for the list and the key.
@@ -189,15 +183,15 @@ int Graph_Marks(Context& ctx, QStringList args)
     Graph_File file;
     QString reason;
     if (!Take_Output(args, file, reason))
-        return Usage_Error(ctx, reason);
+        return Graph_Usage(ctx, reason);
     const QString car = Take_Option(args, QStringLiteral("--car"));
     QString driver = Take_Option(args, QStringLiteral("--driver"));
     const QString from = Take_Option(args, QStringLiteral("--from"));
     const QString to = Take_Option(args, QStringLiteral("--to"));
     const bool all = args.removeAll(QStringLiteral("--all")) > 0;
-    if (!args.isEmpty() || all == !car.isEmpty() || !Day_Text(from) || !Day_Text(to) || to < from ||
+    if (!args.isEmpty() || all == !car.isEmpty() || !Day_Word(from) || !Day_Word(to) || to < from ||
         (!car.isEmpty() && !Six(car)))
-        return Usage_Error(ctx, QStringLiteral("graph marks takes --car CODE or --all, and --from <= --to (YYMMDD)"));
+        return Graph_Usage(ctx, QStringLiteral("graph marks takes --car CODE or --all, and --from <= --to (YYMMDD)"));
     if (!Started(ctx))
         return 2;
     Cls_DB& db = *G().DB;
@@ -241,7 +235,7 @@ int Graph_Marks(Context& ctx, QStringList args)
                 Picture_Day_AVG_Base(s, from, to, columns);
         },
         reason);
-    return Finish(ctx, file, ok, reason, true);
+    return Finish_Graph(ctx, file, ok, reason, true);
 }
 
 } // namespace
@@ -258,7 +252,7 @@ int Cmd_Graph(Context& ctx)
         return Graph_Quick_Brake(ctx, args);
     if (what == QLatin1String("marks"))
         return Graph_Marks(ctx, args);
-    return Usage_Error(ctx, QStringLiteral("graph day|hour|quickbrake|marks"));
+    return Graph_Usage(ctx, QStringLiteral("graph day|hour|quickbrake|marks"));
 }
 
 } // namespace vex::cli

@@ -12,7 +12,7 @@ namespace vex::cli {
 
 namespace {
 
-constexpr const char* kUsage =
+constexpr const char* kLedgerUsage =
     "usage: vexcli ledger [--from YYMMDD] [--to YYMMDD] [--car CODE] [--driver CODE] [--kind KIND] [--findings]\n"
     "kinds: distance jump no-distance engine-off flat over-200 clock future older overlap copied driver\n";
 
@@ -58,7 +58,7 @@ int Cmd_Ledger(Context& ctx)
             *into = value;
             ++i;
         } else {
-            ctx.err << "vexcli: ledger does not take " << a << "\n" << kUsage;
+            ctx.err << "vexcli: ledger does not take " << a << "\n" << kLedgerUsage;
             return 2;
         }
     }
@@ -71,7 +71,7 @@ int Cmd_Ledger(Context& ctx)
         return 2;
     }
     if (!filter.kind.isEmpty() && !Known_Kind(filter.kind)) {
-        ctx.err << "vexcli: no finding kind " << filter.kind << "\n" << kUsage;
+        ctx.err << "vexcli: no finding kind " << filter.kind << "\n" << kLedgerUsage;
         return 2;
     }
     if (!Start_App(ctx))

@@ -18,7 +18,7 @@ namespace vex::cli {
 
 namespace {
 
-constexpr const char* kUsage = "usage: vexcli marks explain CARCODE DRIVERCODE YYMMDD\n"
+constexpr const char* kMarksUsage = "usage: vexcli marks explain CARCODE DRIVERCODE YYMMDD\n"
                                "       vexcli marks trend --from YYMM --to YYMM [--driver CODE] [--out FILE.xlsx]\n";
 
 bool Is_Month(const QString& yymm)
@@ -29,7 +29,7 @@ bool Is_Month(const QString& yymm)
 int Explain(Context& ctx)
 {
     if (ctx.args.size() != 4 || !Is_Code(ctx.args[1]) || !Is_Code(ctx.args[2]) || !Is_Day(ctx.args[3])) {
-        ctx.err << "vexcli: marks explain takes a car code, a driver code and a day as YYMMDD\n" << kUsage;
+        ctx.err << "vexcli: marks explain takes a car code, a driver code and a day as YYMMDD\n" << kMarksUsage;
         return 2;
     }
     if (!Start_App(ctx) || !Load_App_Settings(ctx))
@@ -56,7 +56,7 @@ int Trend(Context& ctx)
     if (!Is_Month(from) || !Is_Month(to) || from > to || (!driver.isEmpty() && !Is_Code(driver))) {
         ctx.err << "vexcli: marks trend takes --from and --to as YYMM, the first not after the second, and a "
                    "driver code\n"
-                << kUsage;
+                << kMarksUsage;
         return 2;
     }
     // Named before the start-up moves into the application folder.
@@ -100,7 +100,7 @@ int Cmd_Marks(Context& ctx)
         return Explain(ctx);
     if (what == QLatin1String("trend"))
         return Trend(ctx);
-    ctx.err << kUsage;
+    ctx.err << kMarksUsage;
     return 2;
 }
 

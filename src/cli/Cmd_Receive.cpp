@@ -90,7 +90,7 @@ std::function<void(const Inbox_File&)> File_Printer(Context& ctx)
 // The dialog's closing words and the line under them, then the ledger's
 // line of the days stored and their notes; non-zero unless the reception
 // stored everything it found.
-int Finish(Context& ctx, Ledger_Road road, const QString& source, const Reception_Outcome& outcome)
+int Finish_Reception(Context& ctx, Ledger_Road road, const QString& source, const Reception_Outcome& outcome)
 {
     ctx.out << "수신완료\n" << outcome.Summary() << "\n";
     Tell_Ledger(ctx, road, source, outcome.Summary(), Ledger_Days(outcome));
@@ -168,10 +168,10 @@ int Receive_Pack(Context& ctx)
     const QString source = QStringLiteral("port %1, pack of car %2").arg(link.Port().portNumber()).arg(link.Pack_Car_Code());
     const Reception_Outcome outcome =
         Receive_Pack_Days(!from.isEmpty(), Day_Date(from), Day_Date(to), progress, File_Printer(ctx));
-    return Finish(ctx, Ledger_Road::Pack, source, outcome);
+    return Finish_Reception(ctx, Ledger_Road::Pack, source, outcome);
 }
 
-constexpr const char* kUsbUsage =
+constexpr const char* kReceiveUsbUsage =
     "usage: vexcli receive usb --model 130|250|260 [--medium DIR] [--from YYMMDD --to YYMMDD]\n";
 
 int Receive_Usb(Context& ctx)
@@ -184,7 +184,7 @@ int Receive_Usb(Context& ctx)
     const QString from = Option(ctx.args, QStringLiteral("--from"));
     const QString to = Option(ctx.args, QStringLiteral("--to"));
     if (model != QLatin1String("130") && model != QLatin1String("250") && model != QLatin1String("260")) {
-        ctx.err << "vexcli: --model takes 130, 250 or 260\n" << kUsbUsage;
+        ctx.err << "vexcli: --model takes 130, 250 or 260\n" << kReceiveUsbUsage;
         return 2;
     }
     if (from.isEmpty() != to.isEmpty() || (!from.isEmpty() && (!Valid_Day(from) || !Valid_Day(to) || from > to))) {
@@ -235,7 +235,7 @@ int Receive_Usb(Context& ctx)
     const Filing_Note who = Usb_Reception_Note(*master, from.isEmpty() ? oldest : from, to.isEmpty() ? newest : to);
     const QString source = QStringLiteral("medium %1, model %2, car %3, driver %4")
                                .arg(QDir::toNativeSeparators(medium.root), model, master->car, master->driver);
-    return Finish(ctx, Ledger_Road::Usb, source,
+    return Finish_Reception(ctx, Ledger_Road::Usb, source,
                   Receive_Usb_Log(*G().DB, model, medium.Log(), who, {}, File_Printer(ctx)));
 }
 
@@ -255,7 +255,7 @@ int Cmd_Receive(Context& ctx)
         outcome.failure = Reception_Precheck(G().DB.get());
         if (outcome.failure.isEmpty())
             Run_Inbox(*G().DB, outcome, {}, 0, File_Printer(ctx));
-        return Finish(ctx, Ledger_Road::Inbox, QStringLiteral("\\new"), outcome);
+        return Finish_Reception(ctx, Ledger_Road::Inbox, QStringLiteral("\\new"), outcome);
     }
     ctx.err << "vexcli: receive pack|usb|inbox\n";
     return 2;

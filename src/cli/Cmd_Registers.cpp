@@ -38,7 +38,7 @@ const Register_Options& Driver_Options()
     return o;
 }
 
-int Usage(Context& ctx, const QString& word, const Register_Options& o, const QString& why)
+int Register_Usage(Context& ctx, const QString& word, const Register_Options& o, const QString& why)
 {
     QStringList fields;
     for (int i = 1; i < o.names.size(); ++i)
@@ -109,7 +109,7 @@ int List(Context& ctx, Cls_DB& db, const Register_Options& o, const QStringList&
                                                      : o.def.fields[size_t(o.names.indexOf(args[1]))].column;
         pattern = args[2];
     } else if (!args.isEmpty()) {
-        return Usage(ctx, QStringLiteral("list"), o,
+        return Register_Usage(ctx, QStringLiteral("list"), o,
                      QStringLiteral("list takes nothing, or --search with one of %1 and a pattern (* and ? as wildcards)")
                          .arg(Search_Options(o).join(QStringLiteral(", "))));
     }
@@ -138,7 +138,7 @@ int Run(Context& ctx, const QString& word, const Register_Options& o)
     const QString verb = args.isEmpty() ? QString() : args.takeFirst();
     if (verb != QLatin1String("list") && verb != QLatin1String("add") && verb != QLatin1String("set")
         && verb != QLatin1String("delete"))
-        return Usage(ctx, word, o, word + QStringLiteral(" takes list, add, set or delete"));
+        return Register_Usage(ctx, word, o, word + QStringLiteral(" takes list, add, set or delete"));
     const QString code = verb == QLatin1String("list") || args.isEmpty() ? QString() : args.takeFirst();
     if (verb != QLatin1String("list") && code.isEmpty()) {
         ctx.err << "vexcli: " << LoadResString(152) << "\n";
@@ -171,7 +171,7 @@ int Run(Context& ctx, const QString& word, const Register_Options& o)
     }
     QString why;
     if (!Apply_Options(args, o, values, why))
-        return Usage(ctx, verb, o, why);
+        return Register_Usage(ctx, verb, o, why);
     const int message = Register_Save(db, o.def, verb == QLatin1String("add") ? Adding : Editing, values);
     (message == 150 ? ctx.out : ctx.err) << LoadResString(message) << "\n";
     return message == 150 ? 0 : 1;

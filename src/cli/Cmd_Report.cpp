@@ -26,7 +26,7 @@ namespace vex::cli {
 
 namespace {
 
-int Usage_Error(Context& ctx, const QString& what)
+int Report_Usage(Context& ctx, const QString& what)
 {
     ctx.err << "vexcli: " << what << "\n"
             << "  report drive-day|inspection-day|sections CAR DRIVER YYMMDD\n"
@@ -41,14 +41,9 @@ int Usage_Error(Context& ctx, const QString& what)
     return 2;
 }
 
-bool Day_Text(const QString& s)
-{
-    return s.size() == 6 && All_Digits(s);
-}
-
 bool Trip_Args(const QStringList& a, int n)
 {
-    return a.size() == n && a[0].size() == 6 && a[1].size() == 6 && Day_Text(a[2]);
+    return a.size() == n && a[0].size() == 6 && a[1].size() == 6 && Day_Word(a[2]);
 }
 
 // The selection of a trip as the report forms hand it over: codes, day,
@@ -78,9 +73,9 @@ int Cmd_Report(Context& ctx)
     const QString out = Take_Out_Path(args);
     const QString printerName = Take_Option(args, QStringLiteral("--printer"));
     if (out.isEmpty() == printerName.isEmpty())
-        return Usage_Error(ctx, QStringLiteral("give --out FILE.pdf or --printer NAME"));
+        return Report_Usage(ctx, QStringLiteral("give --out FILE.pdf or --printer NAME"));
     if (!out.isEmpty() && !out.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive))
-        return Usage_Error(ctx, QStringLiteral("--out names a .pdf file"));
+        return Report_Usage(ctx, QStringLiteral("--out names a .pdf file"));
 
     // The words of each kind, checked before anything opens.
     int zoom = 0, first = 0, slot = 1;
@@ -104,7 +99,7 @@ int Cmd_Report(Context& ctx)
         driver = Take_Option(args, QStringLiteral("--driver"));
         from = Take_Option(args, QStringLiteral("--from"));
         to = Take_Option(args, QStringLiteral("--to"));
-        ok = args.isEmpty() && Day_Text(from) && Day_Text(to) && from <= to &&
+        ok = args.isEmpty() && Day_Word(from) && Day_Word(to) && from <= to &&
              (kind == QLatin1String("avg-day") || (car.size() == 6 && driver.size() == 6));
     } else if (kind == QLatin1String("mark-explanation")) {
         ok = args.size() == 3 && Is_Code(args[0]) && Is_Code(args[1]) && Is_Day(args[2]);
@@ -115,11 +110,11 @@ int Cmd_Report(Context& ctx)
         ok = args.isEmpty() && from.size() == 4 && to.size() == 4 && Is_Day(from + QStringLiteral("01"))
              && Is_Day(to + QStringLiteral("01")) && from <= to && (driver.isEmpty() || Is_Code(driver));
     } else {
-        return Usage_Error(ctx, QStringLiteral("report drive-day|inspection-day|sections|operation|operation-360|"
+        return Report_Usage(ctx, QStringLiteral("report drive-day|inspection-day|sections|operation|operation-360|"
                                                "quick-brake|avg-day|day-avg|mark-explanation|driver-trend"));
     }
     if (!ok)
-        return Usage_Error(ctx, QStringLiteral("wrong words for report ") + kind);
+        return Report_Usage(ctx, QStringLiteral("wrong words for report ") + kind);
     if (!Start_App(ctx) || !Load_App_Settings(ctx))
         return 2;
 

@@ -28,7 +28,7 @@ void Print_Standards(Context& ctx, const Standard_Values& values)
                 << values[size_t(i - 1)] << "\n";
 }
 
-int Usage_Error(Context& ctx, const QString& what)
+int Standards_Usage(Context& ctx, const QString& what)
 {
     ctx.err << "vexcli: " << what << "\n"
             << "  standards                      the standards stored in S_D10\n"
@@ -45,7 +45,7 @@ int Cmd_Standards(Context& ctx)
     if (set)
         args.removeFirst();
     if ((!set && !args.isEmpty()) || (set && args.isEmpty()))
-        return Usage_Error(ctx, QStringLiteral("standards takes nothing, or set and N=VALUE pairs"));
+        return Standards_Usage(ctx, QStringLiteral("standards takes nothing, or set and N=VALUE pairs"));
     // Every pair is checked before anything is written.
     std::vector<std::pair<int, QString>> changes;
     static const QRegularExpression pair(QStringLiteral("^(\\d{1,2})=(.*)$"));
@@ -53,10 +53,10 @@ int Cmd_Standards(Context& ctx)
         const auto m = pair.match(a);
         const int i = m.hasMatch() ? m.captured(1).toInt() : 0;
         if (i < 1 || i > kStandards)
-            return Usage_Error(ctx, QStringLiteral("\"%1\" is no N=VALUE with N from 1 to 13").arg(a));
+            return Standards_Usage(ctx, QStringLiteral("\"%1\" is no N=VALUE with N from 1 to 13").arg(a));
         const QString why = Standard_Error(i, m.captured(2));
         if (!why.isEmpty())
-            return Usage_Error(ctx, why);
+            return Standards_Usage(ctx, why);
         changes.emplace_back(i, m.captured(2).trimmed());
     }
     if (!Start_App(ctx) || !Load_App_Settings(ctx))
@@ -78,7 +78,7 @@ int Cmd_Standards(Context& ctx)
         values[size_t(i - 1)] = value;
     for (int i = 1; i <= kStandards; ++i)
         if (!Standard_Error(i, values[size_t(i - 1)]).isEmpty())
-            return Usage_Error(ctx, QStringLiteral("S_D10 holds no value of field %1 (%2): give it as %1=VALUE")
+            return Standards_Usage(ctx, QStringLiteral("S_D10 holds no value of field %1 (%2): give it as %1=VALUE")
                                         .arg(i)
                                         .arg(Standard_Caption(i)));
     if (!Guarded(kErrCommand1, [&] { Standards_Save(db, *G().Config, values); })) {

@@ -65,6 +65,8 @@ int Cmd_Marks(Context& ctx);
 
 // The word after name among args ("--from 261001"); empty when absent.
 QString Option(const QStringList& args, const QString& name);
+// A day as the commands take it: six digits, YYMMDD.
+bool Day_Word(const QString& word);
 
 // The ledger entry of a reception or import, then its line ("3 days stored,
 // 1 with a note") and each note; a ledger that can't be written is told on

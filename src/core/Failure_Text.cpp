@@ -39,7 +39,7 @@ constexpr Cause kCauses[] = {
 };
 
 // "Object - Procedure: " of a handler's label, at the start of its text.
-const QRegularExpression& Label()
+const QRegularExpression& Label_Pattern()
 {
     static const QRegularExpression label(QStringLiteral("([A-Za-z_][A-Za-z0-9_]*) - ([A-Za-z_][A-Za-z0-9_ ]*): "));
     return label;
@@ -58,7 +58,7 @@ int Cause_Of(const QString& reason)
 
 QString Plain_Failure(const QString& text)
 {
-    const QRegularExpressionMatch label = Label().match(text);
+    const QRegularExpressionMatch label = Label_Pattern().match(text);
     const QString head = label.hasMatch() ? text.left(label.capturedStart()).trimmed() : text.trimmed();
     const QString reason = label.hasMatch() ? text.mid(label.capturedEnd()).trimmed() : QString();
     int cause = Cause_Of(label.hasMatch() ? reason : text);

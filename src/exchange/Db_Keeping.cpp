@@ -26,7 +26,7 @@ namespace {
 
 enum : int { kTextBackupExists = 5014, kTextMoveFromLive = 5015 };
 
-QString App(const QString& systemPath)
+QString App_File(const QString& systemPath)
 {
     return App_Path(G().App_Dir, systemPath);
 }
@@ -36,7 +36,7 @@ QString App(const QString& systemPath)
 bool Is_Live_Database(Cls_DB& live, const QString& source)
 {
     const QFileInfo chosen(source);
-    QStringList ours{QFileInfo(App(QStringLiteral("\\db"))).canonicalFilePath()};
+    QStringList ours{QFileInfo(App_File(QStringLiteral("\\db"))).canonicalFilePath()};
     const DbTarget& t = live.Target();
     if (t.engine == Engine::Sqlite)
         ours << QFileInfo(t.database).absoluteDir().canonicalPath();
@@ -87,7 +87,7 @@ Exchange_Report Backup(Cls_DB& live, const QString& from, const QString& to, con
     };
     Selection all{from, to};
     const QString name = from + to;
-    const QString zip = App(QStringLiteral("\\exp\\")) + name + QStringLiteral(".zip");
+    const QString zip = App_File(QStringLiteral("\\exp\\")) + name + QStringLiteral(".zip");
     // A package of this period holds the rows an earlier backup took out of
     // the database: a second run would put an emptier one in its place.
     if (QFileInfo::exists(zip)) {
@@ -154,7 +154,7 @@ Exchange_Report Rebuild_Day(Cls_DB& live, const QString& vexFile, const QString&
     // place, and the day file it replaces comes back when the rebuild fails.
     const QString target = Day_File_Name(c, driver, day);
     const bool elsewhere = Day_Files_In_Database(live)
-                           || QFileInfo(vexFile).absoluteFilePath() != QFileInfo(App(target)).absoluteFilePath();
+                           || QFileInfo(vexFile).absoluteFilePath() != QFileInfo(App_File(target)).absoluteFilePath();
     std::optional<QByteArray> replaced;
     if (elsewhere && !Guarded(kErrRebuild, [&] {
             const QByteArray bytes = Read_Day_Bytes(live, Day_File_Ref{{}, vexFile});
@@ -248,9 +248,9 @@ Exchange_Report Move_From(Cls_DB& live, const QString& path, int option, const Q
                 continue;
             const QString target = QStringLiteral("\\pack\\%1\\%2\\%3").arg(parts[0], parts[1], parts[2]);
             if (!Day_Files_In_Database(live)) {
-                QDir().mkpath(QFileInfo(App(target)).absolutePath());
-                if (FileSystem(G().App_Dir).CopyFile(file, App(target)))
-                    r.files << App(target);
+                QDir().mkpath(QFileInfo(App_File(target)).absolutePath());
+                if (FileSystem(G().App_Dir).CopyFile(file, App_File(target)))
+                    r.files << App_File(target);
             } else if (!Day_File_Key(target).isEmpty()) {
                 Store_Day_File_From(live, target, file);
                 r.files << Find_Day_File(live, target).Name();

@@ -15,7 +15,7 @@ namespace {
 // seconds and a recorder's speed stays under 256 km/h.
 constexpr double kDay_Number_Limit = 1e6;
 
-QString Text_Of(const Source_Table& rows, const QVariantList& row, const QString& column)
+QString Cell_Text(const Source_Table& rows, const QVariantList& row, const QString& column)
 {
     return rows.Value(row, column).toString();
 }
@@ -24,7 +24,7 @@ QString Text_Of(const Source_Table& rows, const QVariantList& row, const QString
 
 QString Row_Refusal(const Table& def, const Source_Table& rows, const QVariantList& row)
 {
-    const QString key = Text_Of(rows, row, QStringLiteral("D_F1"));
+    const QString key = Cell_Text(rows, row, QStringLiteral("D_F1"));
     if (Day_Tables().contains(def.name)) {
         if (key.size() != 18 || !Is_Code(key.left(6)) || !Is_Code(key.mid(6, 6)) || !Is_Day(key.right(6)))
             return QStringLiteral("the key is no car, driver and day");
@@ -36,7 +36,7 @@ QString Row_Refusal(const Table& def, const Source_Table& rows, const QVariantLi
             if (differs(QStringLiteral("D_F2"), key.left(6)) || differs(QStringLiteral("D_F3"), key.mid(6, 6))
                 || differs(QStringLiteral("D_F4"), key.right(6)))
                 return QStringLiteral("car, driver or day differ from the key");
-            const QString end = Text_Of(rows, row, QStringLiteral("D_F6"));
+            const QString end = Cell_Text(rows, row, QStringLiteral("D_F6"));
             if (!end.isEmpty() && !Is_Day(end))
                 return QStringLiteral("the end day is no day");
         }
@@ -46,7 +46,7 @@ QString Row_Refusal(const Table& def, const Source_Table& rows, const QVariantLi
     for (const Column& c : def.columns) {
         if (c.type == ColType::Text)
             continue;
-        const QString text = Text_Of(rows, row, c.name).trimmed();
+        const QString text = Cell_Text(rows, row, c.name).trimmed();
         if (text.isEmpty())
             continue;
         bool ok = false;

@@ -19,10 +19,10 @@ namespace vex::forms {
 
 namespace {
 
-constexpr int16_t kErrCommand1 = 1074;
-constexpr int16_t kErrForm_KeyDown = 1076;
-constexpr int16_t kErrOption1_Click = 1079;
-constexpr int16_t kErrButton_Click = 1080;
+constexpr int16_t kErrOperation_Command1 = 1074;
+constexpr int16_t kErrOperation_Form_KeyDown = 1076;
+constexpr int16_t kErrOperation_Option1_Click = 1079;
+constexpr int16_t kErrOperation_Button_Click = 1080;
 
 } // namespace
 
@@ -166,7 +166,7 @@ void Operation_View::Clear_Fields()
 
 void Operation_View::Form_KeyDown(int keyCode)
 {
-    Guarded(kErrForm_KeyDown, [&] {
+    Guarded(kErrOperation_Form_KeyDown, [&] {
         Geometry();
         const Cursor_Track t = hour_ ? Hour_Track(og_) : Day_Track(og_);
         switch (keyCode) {
@@ -182,7 +182,7 @@ void Operation_View::Form_KeyDown(int keyCode)
 
 void Operation_View::Option1_Click(int index)
 {
-    Guarded(kErrOption1_Click, [&] {
+    Guarded(kErrOperation_Option1_Click, [&] {
         if (index < 0 || index >= 5)
             return;
         Option1[index]->setChecked(true);
@@ -198,7 +198,7 @@ void Operation_View::Option1_Click(int index)
 
 void Operation_View::Picture2_MouseUp(float x)
 {
-    Guarded(kErrButton_Click, [&] {
+    Guarded(kErrOperation_Button_Click, [&] {
         Geometry();
         const Graph_Geometry& g = Graph();
         const Cursor_Track t = hour_ ? Hour_Track(og_) : Day_Track(og_);
@@ -242,7 +242,7 @@ void Operation_View::keyPressEvent(QKeyEvent* e)
 bool Operation_View::Print_To(Report_Printer& printer)
 {
     bool ok = false;
-    Guarded(kErrCommand1, [&] { ok = Report(printer); });
+    Guarded(kErrOperation_Command1, [&] { ok = Report(printer); });
     // Paper proportions stay behind; the window takes its own again.
     Geometry();
     return ok;

@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <cstdint>
 #include <vector>
 
 
@@ -20,6 +21,12 @@ class Report_Printer;
 }
 
 namespace vex::forms {
+
+// The handler codes both views report under: the load and the speed
+// calculation of the minute view (1073, 1077), which the seconds view
+// repeats.
+inline constexpr int16_t kErrOperation_Load = 1073;
+inline constexpr int16_t kErrOperation_Cal_Speed = 1077;
 
 class Operation_View : public Vex_Form {
     Q_OBJECT

@@ -53,9 +53,9 @@ Selection_Form::Selection_Form(const QString& formName, const QString& title, co
 
 vex::Selection Selection_Form::Chosen() const
 {
-    return Selection{TDBDate1[0]->date().toString(QStringLiteral("yyMMdd")),
-                     TDBDate1[1]->date().toString(QStringLiteral("yyMMdd")), Combo1->currentText(),
-                     Combo2->currentText()};
+    return vex::Selection{TDBDate1[0]->date().toString(QStringLiteral("yyMMdd")),
+                          TDBDate1[1]->date().toString(QStringLiteral("yyMMdd")), Combo1->currentText(),
+                          Combo2->currentText()};
 }
 
 } // namespace vex::forms

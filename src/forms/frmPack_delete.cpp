@@ -16,7 +16,7 @@ frmPack_delete::frmPack_delete(QWidget* parent)
 void frmPack_delete::Run()
 {
     // The question says what goes; Enter keeps it.
-    const Selection s = Chosen();
+    const vex::Selection s = Chosen();
     if (Msg_Box(LoadResString(1150) + QStringLiteral("\n") + Days_To_Delete(s), QMessageBox::Question, {},
                 QMessageBox::Yes | QMessageBox::No, QMessageBox::No)
         != QMessageBox::Yes)

@@ -22,7 +22,7 @@ frmPack_export::frmPack_export(QWidget* parent)
 
 void frmPack_export::Run()
 {
-    const Selection s = Chosen();
+    const vex::Selection s = Chosen();
     if (s.from > s.to || !G().DB)
         return;
     const QString name = Text_Name->text().trimmed().isEmpty() ? s.from + s.to : Text_Name->text().trimmed();

@@ -24,7 +24,7 @@ frmPack_export2::frmPack_export2(QWidget* parent)
 
 void frmPack_export2::Run()
 {
-    const Selection s = Chosen();
+    const vex::Selection s = Chosen();
     if (!G().DB)
         return;
     const QString to = Text_New->text().trimmed().toUpper();

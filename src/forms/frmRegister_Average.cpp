@@ -21,9 +21,9 @@ namespace vex::forms {
 
 namespace {
 
-constexpr int16_t kErrLoad = 1030;
-constexpr int16_t kErrCommand1 = 1031;
-constexpr int16_t kErrCommand3 = 1032;
+constexpr int16_t kErrAverage_Load = 1030;
+constexpr int16_t kErrAverage_Command1 = 1031;
+constexpr int16_t kErrAverage_Command3 = 1032;
 
 QString Done_Text(int done, int total)
 {
@@ -75,7 +75,7 @@ frmRegister_Average::frmRegister_Average(QWidget* parent) : Vex_Form(QString::fr
 
 void frmRegister_Average::Form_Load()
 {
-    Guarded(kErrLoad, [&] {
+    Guarded(kErrAverage_Load, [&] {
         if (!G().DB)
             return;
         const Standard_Values values = Standards_Load(*G().DB);
@@ -96,7 +96,7 @@ void frmRegister_Average::Command1_Click()
             return;
         }
     }
-    if (Guarded(kErrCommand1, [&] { Standards_Save(*G().DB, *G().Config, values); }))
+    if (Guarded(kErrAverage_Command1, [&] { Standards_Save(*G().DB, *G().Config, values); }))
         Msg_Box(QStringLiteral("저장 완료되었읍니다 !"));
 }
 
@@ -106,7 +106,7 @@ void frmRegister_Average::Command3_Click()
     QString missing;
     int trips = 0;
     Cls_Config standards;
-    if (!Guarded(kErrCommand3, [&] {
+    if (!Guarded(kErrAverage_Command3, [&] {
             missing = Standards_Missing(db);
             trips = db.DB_RSet_D_D(QStringLiteral("SELECT D_F1 FROM D_D1")).RecordCount();
             standards = Standards_Stored(db, *G().Config);

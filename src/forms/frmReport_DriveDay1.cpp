@@ -25,11 +25,11 @@ namespace vex::forms {
 
 namespace {
 
-constexpr int16_t kErrLoad = 1054;
-constexpr int16_t kErrCommand2 = 1055;
-constexpr int16_t kErrGrid_Draw = 1056;
-constexpr int16_t kErrData_View = 1057;
-constexpr int16_t kErrDB_View = 1058;
+constexpr int16_t kErrDriveDay_Load = 1054;
+constexpr int16_t kErrDriveDay_Command2 = 1055;
+constexpr int16_t kErrDriveDay_Grid_Draw = 1056;
+constexpr int16_t kErrDriveDay_Data_View = 1057;
+constexpr int16_t kErrDriveDay_DB_View = 1058;
 
 QString M(int id)
 {
@@ -125,7 +125,7 @@ frmReport_DriveDay1::~frmReport_DriveDay1() = default;
 bool frmReport_DriveDay1::Show_Day()
 {
     bool found = false;
-    Guarded(kErrLoad, [&] {
+    Guarded(kErrDriveDay_Load, [&] {
         for (QTableWidget* g : {Grid1, Grid2, Grid3, Grid4, VSFlexGrid5})
             g->setRowCount(0);
         if (!og_)
@@ -149,7 +149,7 @@ bool frmReport_DriveDay1::Show_Day()
 bool frmReport_DriveDay1::Data_View()
 {
     bool found = false;
-    Guarded(kErrData_View, [&] {
+    Guarded(kErrDriveDay_Data_View, [&] {
         const Cls_Report& sel = Selection();
         Operation_Graph& og = *og_;
         og.Set_Zoom_Window(24, 0, 24);
@@ -162,7 +162,7 @@ bool frmReport_DriveDay1::Data_View()
 
 void frmReport_DriveDay1::DB_View()
 {
-    Guarded(kErrDB_View, [&] {
+    Guarded(kErrDriveDay_DB_View, [&] {
         Cls_DB& db = *G().DB;
         const Operation_Graph& og = *og_;
         const Stored_Trip& trip = og.Trip;
@@ -202,7 +202,7 @@ void frmReport_DriveDay1::DB_View()
 
 void frmReport_DriveDay1::Grid_Draw()
 {
-    Guarded(kErrGrid_Draw, [&] {
+    Guarded(kErrDriveDay_Grid_Draw, [&] {
         for (const Inspection_Share& s : Inspection_Shares(*G().DB, Selection().Car_Code))
             Add_Row(VSFlexGrid5, {s.item, s.share});
     });
@@ -211,7 +211,7 @@ void frmReport_DriveDay1::Grid_Draw()
 bool frmReport_DriveDay1::Routine(Cls_Report& report, Report_Printer& printer)
 {
     bool ok = false;
-    Guarded(kErrCommand2, [&] {
+    Guarded(kErrDriveDay_Command2, [&] {
         Cls_DB& db = *G().DB;
         if (Option1[1]->isChecked())
             ok = report.Report_inspection_Day(printer, db);

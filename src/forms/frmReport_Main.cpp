@@ -26,9 +26,9 @@ namespace vex::forms {
 
 namespace {
 
-constexpr int16_t kErrLoad = 1060;
-constexpr int16_t kErrCommand1 = 1061;
-constexpr int16_t kErrReport_Show = 1062;
+constexpr int16_t kErrMain_Load = 1060;
+constexpr int16_t kErrMain_Command1 = 1061;
+constexpr int16_t kErrMain_Report_Show = 1062;
 
 QString Option_Caption(int option)
 {
@@ -136,7 +136,7 @@ frmReport_Main::frmReport_Main(QWidget* parent) : Vex_Form(QString::fromLatin1(k
     box->addWidget(kinds);
     box->addLayout(fields);
     box->addLayout(charts);
-    Guarded(kErrLoad, [&] { Fill_Lists(); });
+    Guarded(kErrMain_Load, [&] { Fill_Lists(); });
     // The entry that opened the form chose the analysis.
     Option_Button_Change(std::clamp<int>(G().Report_Kind, 0, 8));
 }
@@ -183,7 +183,7 @@ void frmReport_Main::Option_Button_Change(int option)
 
 void frmReport_Main::Take_Selection()
 {
-    Guarded(kErrReport_Show, [&] {
+    Guarded(kErrMain_Report_Show, [&] {
         Report_Selection& sel = Selection();
         sel.Car_Code = Code_Of(TDBCombo1);
         sel.Driver_Code = Code_Of(TDBCombo2);
@@ -210,7 +210,7 @@ void frmReport_Main::Take_Selection()
 
 void frmReport_Main::Command1_Click()
 {
-    Guarded(kErrCommand1, [&] {
+    Guarded(kErrMain_Command1, [&] {
         Take_Selection();
         const Report_Selection& sel = Selection();
         if (option_ == 0) {

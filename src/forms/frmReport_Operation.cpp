@@ -15,14 +15,6 @@
 
 namespace vex::forms {
 
-namespace {
-
-constexpr int16_t kErrLoad = 1073;
-constexpr int16_t kErrCal_Speed = 1077;
-
-
-} // namespace
-
 frmReport_Operation::frmReport_Operation(QWidget* parent)
     : Operation_View(kName, false, {1, 2, 6, 12, 24}, 16, parent)
 {
@@ -48,7 +40,7 @@ bool frmReport_Operation::Fetch()
 bool frmReport_Operation::Load_Selection()
 {
     bool found = false;
-    Guarded(kErrLoad, [&] {
+    Guarded(kErrOperation_Load, [&] {
         og_.Set_Zoom_Window(24, 0, 24);
         Option1[4]->setChecked(true);
         found = Fetch();
@@ -78,7 +70,7 @@ void frmReport_Operation::Show_Date()
 
 void frmReport_Operation::Fill_Fields()
 {
-    Guarded(kErrCal_Speed, [&] {
+    Guarded(kErrOperation_Cal_Speed, [&] {
         // Without an RPM input the RPM field and its caption go.
         const bool rpm = Rpm_Input();
         TDBText1[15]->setVisible(rpm);

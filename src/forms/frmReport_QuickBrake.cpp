@@ -21,11 +21,11 @@ namespace vex::forms {
 
 namespace {
 
-constexpr int16_t kErrLoad = 1081;
-constexpr int16_t kErrCommand1 = 1082;
-constexpr int16_t kErrMouseUp = 1083;
-constexpr int16_t kErrForm_KeyDown = 1084;
-constexpr int16_t kErrCal_Speed = 1085;
+constexpr int16_t kErrQuickBrake_Load = 1081;
+constexpr int16_t kErrQuickBrake_Command1 = 1082;
+constexpr int16_t kErrQuickBrake_MouseUp = 1083;
+constexpr int16_t kErrQuickBrake_Form_KeyDown = 1084;
+constexpr int16_t kErrQuickBrake_Cal_Speed = 1085;
 
 } // namespace
 
@@ -87,7 +87,7 @@ frmReport_QuickBrake::frmReport_QuickBrake(QWidget* parent) : Vex_Form(QString::
 bool frmReport_QuickBrake::Load_Selection()
 {
     bool found = false;
-    Guarded(kErrLoad, [&] {
+    Guarded(kErrQuickBrake_Load, [&] {
         const QString car = Selection().Car_Code;
         found = chart_.Load(*G().DB, car);
         const QString gap = QStringLiteral("     ");
@@ -114,7 +114,7 @@ void frmReport_QuickBrake::Option1_Click(int index)
 
 void frmReport_QuickBrake::Move_To(int sample)
 {
-    Guarded(kErrCal_Speed, [&] {
+    Guarded(kErrQuickBrake_Cal_Speed, [&] {
         Picture2->Image(); // the chart's geometry of the present size
         sample_ = sample;
         if (chart_.QB_Current_Point <= 0) {
@@ -132,7 +132,7 @@ void frmReport_QuickBrake::Move_To(int sample)
 
 void frmReport_QuickBrake::Form_KeyDown(int keyCode)
 {
-    Guarded(kErrForm_KeyDown, [&] {
+    Guarded(kErrQuickBrake_Form_KeyDown, [&] {
         const int n = int(chart_.BX_Count);
         if (keyCode == 37 || keyCode == 100)
             Move_To(sample_ > 1 ? sample_ - 1 : n);
@@ -143,7 +143,7 @@ void frmReport_QuickBrake::Form_KeyDown(int keyCode)
 
 void frmReport_QuickBrake::Picture2_MouseUp(float x)
 {
-    Guarded(kErrMouseUp, [&] {
+    Guarded(kErrQuickBrake_MouseUp, [&] {
         if (chart_.BX_Gap <= 0)
             return;
         const int n = int(std::lround((x - chart_.BX2) / chart_.BX_Gap));
@@ -163,7 +163,7 @@ void frmReport_QuickBrake::keyPressEvent(QKeyEvent* e)
 bool frmReport_QuickBrake::Print_To(Report_Printer& printer)
 {
     bool ok = false;
-    Guarded(kErrCommand1, [&] { ok = Selection().Report_Quick_Brake(printer, *G().DB, chart_, slot_); });
+    Guarded(kErrQuickBrake_Command1, [&] { ok = Selection().Report_Quick_Brake(printer, *G().DB, chart_, slot_); });
     // The chart's geometry of the window again.
     Picture2->Invalidate();
     Picture2->Image();

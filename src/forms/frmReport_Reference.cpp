@@ -46,7 +46,7 @@ QString Caption(int option)
 }
 
 // "ALL" stands for every code: the routines take an empty one.
-QString Code_Of(const QComboBox* combo)
+QString Code_Or_All(const QComboBox* combo)
 {
     const QString code = combo->currentText().section(QLatin1Char(' '), 0, 0).trimmed();
     return code == QLatin1String("ALL") ? QString() : code;
@@ -132,8 +132,8 @@ void frmReport_Reference::Command1_Click()
 {
     const Reference_Report& k = kReports[option_];
     Excel_Selection sel;
-    sel.car = k.byCar ? Code_Of(TDBCombo1) : QString();
-    sel.driver = k.byDriver ? Code_Of(TDBCombo2) : QString();
+    sel.car = k.byCar ? Code_Or_All(TDBCombo1) : QString();
+    sel.driver = k.byDriver ? Code_Or_All(TDBCombo2) : QString();
     sel.from = TDBDate1->date().toString(QStringLiteral("yyMMdd"));
     sel.to = TDBDate2->date().toString(QStringLiteral("yyMMdd"));
     const QString appDir = G().App_Dir;

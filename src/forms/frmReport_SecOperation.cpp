@@ -15,10 +15,7 @@ namespace vex::forms {
 
 namespace {
 
-constexpr int16_t kErrLoad = 1073;
-constexpr int16_t kErrCal_Speed = 1077;
-
-QString Two(int v)
+QString Two_Digits(int v)
 {
     return QString::number(v).rightJustified(2, QLatin1Char('0'));
 }
@@ -57,7 +54,7 @@ frmReport_SecOperation::frmReport_SecOperation(QWidget* parent)
 
 bool frmReport_SecOperation::Fetch()
 {
-    QString hour = Two(hour_);
+    QString hour = Two_Digits(hour_);
     const bool found = !og_.DB_Search_SecData2(nullptr, car_, driver_, day_, hour).isEmpty();
     hour_ = int(hour.toInt());
     return found;
@@ -67,7 +64,7 @@ bool frmReport_SecOperation::Show_Hour(const QString& car, const QString& driver
                                        int second)
 {
     bool found = false;
-    Guarded(kErrLoad, [&] {
+    Guarded(kErrOperation_Load, [&] {
         car_ = car;
         driver_ = driver;
         day_ = day;
@@ -76,7 +73,7 @@ bool frmReport_SecOperation::Show_Hour(const QString& car, const QString& driver
         og_.Set_Zoom_Window(60, 0, 60);
         Option1[4]->setChecked(true);
         found = Fetch();
-        Label1->setText(Date_Dash(day_) + QStringLiteral("  ") + Two(hour_) + QStringLiteral("시"));
+        Label1->setText(Date_Dash(day_) + QStringLiteral("  ") + Two_Digits(hour_) + QStringLiteral("시"));
         if (second >= 0)
             Cursor_To(second);
         else
@@ -92,7 +89,7 @@ bool frmReport_SecOperation::Show_Hour(const QString& car, const QString& driver
 
 void frmReport_SecOperation::Fill_Fields()
 {
-    Guarded(kErrCal_Speed, [&] {
+    Guarded(kErrOperation_Cal_Speed, [&] {
         const bool rpm = Rpm_Input();
         TDBText1[4]->setVisible(rpm);
         Label3[4]->setVisible(rpm);

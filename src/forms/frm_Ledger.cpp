@@ -21,7 +21,7 @@ namespace vex::forms {
 namespace {
 
 // What an item stands for: the stored key and the second of a day or note.
-constexpr int kKeyRole = Qt::UserRole + 1;
+constexpr int kLedgerKeyRole = Qt::UserRole + 1;
 constexpr int kSecondRole = Qt::UserRole + 2;
 
 QString Outcome_Text(const QString& outcome)
@@ -137,14 +137,14 @@ bool frm_Ledger::Search()
             auto* day = new QTreeWidgetItem(top, {d.what, Outcome_Text(d.outcome),
                                                   Span_Text(d) + (d.why.isEmpty() ? QString() : QStringLiteral("  ") + d.why)});
             if (d.outcome == QLatin1String("stored")) {
-                day->setData(0, kKeyRole, d.what);
+                day->setData(0, kLedgerKeyRole, d.what);
                 day->setData(0, kSecondRole, -1);
             }
             for (const Finding& n : d.findings) {
                 auto* note = new QTreeWidgetItem(day, {n.second < 0 ? QString() : Clock_Of_Second(n.second),
                                                        Finding_Kind_Name(n.kind),
                                                        Finding_Text(Finding{n.kind, -1, n.measured, n.reference, n.other})});
-                note->setData(0, kKeyRole, d.what);
+                note->setData(0, kLedgerKeyRole, d.what);
                 note->setData(0, kSecondRole, n.second);
                 ++notes;
             }
@@ -171,7 +171,7 @@ void frm_Ledger::Show_Day(const QString& key)
 
 void frm_Ledger::Open_Item(QTreeWidgetItem* item)
 {
-    const QString key = item ? item->data(0, kKeyRole).toString() : QString();
+    const QString key = item ? item->data(0, kLedgerKeyRole).toString() : QString();
     if (key.size() != 18)
         return;
     const int second = item->data(0, kSecondRole).toInt();

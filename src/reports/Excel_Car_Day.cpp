@@ -12,10 +12,7 @@ namespace {
 
 using namespace excel_detail;
 
-constexpr int kRecordRow = 6;
-// The reference form's reports have no labelled trap: a failure is told on
-// the form, and Err_Proc passes over code 0.
-constexpr int16_t kErrCode = 0;
+constexpr int kCarDayRow = 6;
 
 double Number(const Recordset& rs, const char* field)
 {
@@ -53,7 +50,7 @@ Excel_Result Day_Rows(Cls_DB& db, const QString& appDir, const Excel_Selection& 
     Xlsx_Book book;
     const QString templ = allCars ? QStringLiteral("carday1.xltx") : QStringLiteral("carday.xltx");
     if (!Excel_Open(book, QStringLiteral("list"), Excel_Template_Path(appDir, templ)))
-        return Missing_Template(true, kErrCode, book.Error());
+        return Missing_Template(true, kErrUnlabelled, book.Error());
     if (!allCars)
         book.Set_Text(QStringLiteral("A1"), LoadResString(719));
     if (allCars)
@@ -62,10 +59,10 @@ Excel_Result Day_Rows(Cls_DB& db, const QString& appDir, const Excel_Selection& 
         Put_Period(book, sel, LoadResString(632), sel.car + QStringLiteral(" / ") + Car_Name(db, sel.car));
     Put_Captions(book, allCars);
 
-    int row = kRecordRow;
+    int row = kCarDayRow;
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext(), ++row) {
-        Tell_Rows(sel, row - kRecordRow, rs.RecordCount());
-        book.Copy_Row_Format(kRecordRow, row);
+        Tell_Rows(sel, row - kCarDayRow, rs.RecordCount());
+        book.Copy_Row_Format(kCarDayRow, row);
         book.Set_Text(1, row, Date_Dash(rs.Text(QStringLiteral("D_F4"))));
         book.Set_Text(2, row, rs.Text(allCars ? QStringLiteral("D_F2") : QStringLiteral("D_F3")));
         book.Set_Text(3, row, Hh_Mm(rs.Text(QStringLiteral("D_F5"))));
@@ -79,19 +76,19 @@ Excel_Result Day_Rows(Cls_DB& db, const QString& appDir, const Excel_Selection& 
         book.Set_Number(11, row, Number(rs, "D_F14"));
     }
     const QString name = allCars ? QStringLiteral("carday1") : QStringLiteral("carday_") + sel.car;
-    return Save(book, out.isEmpty() ? Excel_Report_Path(appDir, name, sel) : out, kErrCode);
+    return Save(book, out.isEmpty() ? Excel_Report_Path(appDir, name, sel) : out, kErrUnlabelled);
 }
 
 } // namespace
 
 Excel_Result Excel_Car_Day(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
-    return Trapped(kErrCode, [&] { return Day_Rows(db, appDir, sel, out, false); });
+    return Trapped(kErrUnlabelled, [&] { return Day_Rows(db, appDir, sel, out, false); });
 }
 
 Excel_Result Excel_All_Cars_Day(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
-    return Trapped(kErrCode, [&] { return Day_Rows(db, appDir, sel, out, true); });
+    return Trapped(kErrUnlabelled, [&] { return Day_Rows(db, appDir, sel, out, true); });
 }
 
 } // namespace vex

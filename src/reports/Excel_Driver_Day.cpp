@@ -14,8 +14,7 @@ namespace {
 
 using namespace excel_detail;
 
-constexpr int kRecordRow = 6;
-constexpr int16_t kErrCode = 0; // no labelled trap, as the other reference reports
+constexpr int kDriverDayRow = 6;
 
 Excel_Result Driver_Days(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
@@ -27,7 +26,7 @@ Excel_Result Driver_Days(Cls_DB& db, const QString& appDir, const Excel_Selectio
         return No_Data();
     Xlsx_Book book;
     if (!Excel_Open(book, QStringLiteral("list"), Excel_Template_Path(appDir, QStringLiteral("driverday1.xltx"))))
-        return Missing_Template(true, kErrCode, book.Error());
+        return Missing_Template(true, kErrUnlabelled, book.Error());
     book.Set_Text(QStringLiteral("A1"), LoadResString(716));
     Put_Period(book, sel, LoadResString(633), sel.driver + QStringLiteral(" / ") + Driver_Name(db, sel.driver));
     book.Set_Text(QStringLiteral("G4"), Overspeed_Band_Group());
@@ -35,11 +34,11 @@ Excel_Result Driver_Days(Cls_DB& db, const QString& appDir, const Excel_Selectio
     for (int i = 0; i < 3; ++i)
         book.Set_Text(7 + i, 5, bands[i]);
 
-    int row = kRecordRow;
+    int row = kDriverDayRow;
     for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext(), ++row) {
-        Tell_Rows(sel, row - kRecordRow, rs.RecordCount());
+        Tell_Rows(sel, row - kDriverDayRow, rs.RecordCount());
         auto N = [&](const char* f) { return rs.Field(QLatin1String(f)).toDouble(); };
-        book.Copy_Row_Format(kRecordRow, row);
+        book.Copy_Row_Format(kDriverDayRow, row);
         book.Set_Text(1, row, Date_Dash(rs.Text(QStringLiteral("D_F4"))));
         book.Set_Text(2, row, Car_Name(db, rs.Text(QStringLiteral("D_F2"))));
         book.Set_Text(3, row, Hh_Mm(rs.Text(QStringLiteral("D_F5"))));
@@ -53,14 +52,14 @@ Excel_Result Driver_Days(Cls_DB& db, const QString& appDir, const Excel_Selectio
         book.Set_Number(16, row, N("D_F14"));
     }
     return Save(book, out.isEmpty() ? Excel_Report_Path(appDir, QStringLiteral("driverday1_") + sel.driver, sel) : out,
-                kErrCode);
+                kErrUnlabelled);
 }
 
 } // namespace
 
 Excel_Result Excel_Driver_Day(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
-    return Trapped(kErrCode, [&] { return Driver_Days(db, appDir, sel, out); });
+    return Trapped(kErrUnlabelled, [&] { return Driver_Days(db, appDir, sel, out); });
 }
 
 } // namespace vex

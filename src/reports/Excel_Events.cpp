@@ -66,7 +66,7 @@ int Group_Width(const Event_Layout& k)
     return k.itemWidth == 6 ? 2 : 3;
 }
 
-void Put_Captions(Xlsx_Book& book, const Event_Layout& k)
+void Put_Event_Captions(Xlsx_Book& book, const Event_Layout& k)
 {
     const int step = Group_Width(k);
     if (&k == &kOverspeed) {
@@ -134,7 +134,7 @@ Excel_Result Event_Report(const Event_Layout& k, Cls_DB& db, const QString& appD
     Xlsx_Book book;
     if (!Excel_Open(book, QStringLiteral("list"), Excel_Template_Path(appDir, QLatin1String(k.templ))))
         return Missing_Template(k.saysMissing, k.errCode, book.Error());
-    Put_Captions(book, k);
+    Put_Event_Captions(book, k);
     Put_Head(book, k, db, sel);
 
     const int step = Group_Width(k);

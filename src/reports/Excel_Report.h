@@ -67,6 +67,9 @@ Excel_Result CAL_SPEED_FILE(Cls_DB& db, const QString& appDir, const Excel_Selec
 
 // Internal pieces shared by the routines.
 namespace excel_detail {
+// The reference form's reports have no labelled trap: a failure is told on
+// the form, and Err_Proc passes over code 0.
+inline constexpr int16_t kErrUnlabelled = 0;
 Excel_Result No_Data();
 Excel_Result Missing_Template(bool sayIt, int16_t errCode, const QString& why);
 Excel_Result Save(Xlsx_Book& book, const QString& path, int16_t errCode);

@@ -30,7 +30,7 @@ using namespace excel_detail;
 
 constexpr int16_t kErrSpeedDist = 1068;
 constexpr int16_t kErrSpeedFile = 1069;
-constexpr int kRecordRow = 5;
+constexpr int kSecondsRow = 5;
 constexpr int kHeadRows = 4;
 
 struct Second {
@@ -125,17 +125,17 @@ Excel_Result Speed_Sheet(Cls_DB& db, const QString& appDir, const Excel_Selectio
     book.Set_Text(QStringLiteral("D3"), LoadResString(633));
     book.Set_Text(QStringLiteral("E3"), sel.driver + QStringLiteral(" / ") + Driver_Name(db, sel.driver));
 
-    int row = kRecordRow;
+    int row = kSecondsRow;
     bool failed = false;
     Walk(db, sel, days,
          [&](size_t i, const Day_Part& part) {
              if (i > 0 && !failed) {
-                 failed = !book.Add_Sheet(Date_Dash(part.day), kHeadRows, kRecordRow);
-                 row = kRecordRow;
+                 failed = !book.Add_Sheet(Date_Dash(part.day), kHeadRows, kSecondsRow);
+                 row = kSecondsRow;
              }
          },
          [&](const Second& s) {
-             book.Copy_Row_Format(kRecordRow, row);
+             book.Copy_Row_Format(kSecondsRow, row);
              book.Set_Text(1, row, s.day);
              book.Set_Text(2, row, s.time);
              book.Set_Text(3, row, Dec_Hex1(s.speed));

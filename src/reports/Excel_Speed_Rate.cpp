@@ -21,7 +21,6 @@ using namespace excel_detail;
 
 constexpr int kClasses = 11;
 constexpr int kMinutesRow = 5, kKmRow = 6;
-constexpr int16_t kErrCode = 0;
 
 Excel_Result Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
@@ -50,7 +49,7 @@ Excel_Result Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection
     std::sort(trips.begin(), trips.end(), [](const Trip& a, const Trip& b) { return a.key < b.key; });
     Xlsx_Book book;
     if (!Excel_Open(book, QStringLiteral("list"), Excel_Template_Path(appDir, QStringLiteral("speedrate.xltx"))))
-        return Missing_Template(true, kErrCode, book.Error());
+        return Missing_Template(true, kErrUnlabelled, book.Error());
 
     std::array<int, kClasses> minutes{};
     std::array<double, kClasses> km{};
@@ -59,8 +58,8 @@ Excel_Result Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection
         Tell_Rows(sel, done++, int(trips.size()));
         std::array<int16_t, 1441> speed{};
         std::array<float, 1441> cumulative{};
-        Decode_Minute_Speed(trip.speed, speed, kErrCode);
-        Decode_Minute_Distance(trip.km, cumulative, kErrCode);
+        Decode_Minute_Speed(trip.speed, speed, kErrUnlabelled);
+        Decode_Minute_Distance(trip.km, cumulative, kErrUnlabelled);
         // Point m of the arrays is the end of minute m - 1.
         for (int m = 1; m <= 1440; ++m) {
             if (speed[m] <= 0)
@@ -78,14 +77,14 @@ Excel_Result Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection
         book.Set_Number(2 + c, kKmRow, std::round(km[c] * 10) / 10);
     }
     const QString name = one ? QStringLiteral("speedrate_") + sel.driver : QStringLiteral("speedrate");
-    return Save(book, out.isEmpty() ? Excel_Report_Path(appDir, name, sel) : out, kErrCode);
+    return Save(book, out.isEmpty() ? Excel_Report_Path(appDir, name, sel) : out, kErrUnlabelled);
 }
 
 } // namespace
 
 Excel_Result Excel_Speed_Rate(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
-    return Trapped(kErrCode, [&] { return Speed_Rate(db, appDir, sel, out); });
+    return Trapped(kErrUnlabelled, [&] { return Speed_Rate(db, appDir, sel, out); });
 }
 
 } // namespace vex

@@ -20,8 +20,7 @@ namespace {
 
 using namespace excel_detail;
 
-constexpr int kRecordRow = 5;
-constexpr int16_t kErrCode = 0; // no labelled trap, as the other reference reports
+constexpr int kTotalsRow = 5;
 
 // The counted columns in the order both sheets show them from F.
 constexpr const char* kEvents[] = {"D_F11", "D_F9", "D_F10", "D_F13", "D_F12"};
@@ -146,7 +145,7 @@ Excel_Result Totals_Report(const Layout& k, Cls_DB& db, const QString& appDir, c
         return No_Data();
     Xlsx_Book book;
     if (!Excel_Open(book, QStringLiteral("list"), Excel_Template_Path(appDir, QLatin1String(k.templ))))
-        return Missing_Template(true, kErrCode, book.Error());
+        return Missing_Template(true, kErrUnlabelled, book.Error());
 
     std::vector<Totals> rows;
     const QString codeField = k.byDriver ? QStringLiteral("D_F3") : QStringLiteral("D_F2");
@@ -178,7 +177,7 @@ Excel_Result Totals_Report(const Layout& k, Cls_DB& db, const QString& appDir, c
     // The sums; the days worked are those of each row added.
     Totals sum;
     int workDays = 0;
-    int row = kRecordRow;
+    int row = kTotalsRow;
     for (Totals& t : rows) {
         if (k.byDriver) {
             t.idleSeconds = Idle_Seconds(db,
@@ -191,7 +190,7 @@ Excel_Result Totals_Report(const Layout& k, Cls_DB& db, const QString& appDir, c
                 QStringLiteral("SELECT *  FROM D_DI where (MID(D_F1,1,6)) = ? and (RIGHT(D_F1,6)) >= ?"),
                 {t.code, sel.from});
         }
-        book.Copy_Row_Format(kRecordRow, row);
+        book.Copy_Row_Format(kTotalsRow, row);
         book.Set_Text(1, row, t.code);
         book.Set_Text(2, row, Register_Name(db, t.code, k.byDriver));
         Put_Figures(book, k, row, t, int(t.days.size()), 1, true);
@@ -199,18 +198,18 @@ Excel_Result Totals_Report(const Layout& k, Cls_DB& db, const QString& appDir, c
         Add_Up(sum, t);
         ++row;
     }
-    book.Copy_Row_Format(kRecordRow, row);
+    book.Copy_Row_Format(kTotalsRow, row);
     book.Set_Text(1, row, LoadResString(1043));
     Put_Figures(book, k, row, sum, workDays, 1, false);
     ++row;
-    book.Copy_Row_Format(kRecordRow, row);
+    book.Copy_Row_Format(kTotalsRow, row);
     book.Set_Text(1, row, QStringLiteral("일평균"));
     Put_Figures(book, k, row, sum, workDays, std::max(1, workDays), false);
 
     QString name = QLatin1String(k.report);
     if (one)
         name += QLatin1Char('_') + code;
-    return Save(book, out.isEmpty() ? Excel_Report_Path(appDir, name, sel) : out, kErrCode);
+    return Save(book, out.isEmpty() ? Excel_Report_Path(appDir, name, sel) : out, kErrUnlabelled);
 }
 
 const Layout kDriverTotal{true, "drivertotal1.xltx", "drivertotal1", 717};
@@ -220,12 +219,12 @@ const Layout kCarTotal{false, "cartotal.xltx", "cartotal", 720};
 
 Excel_Result Excel_Driver_Total(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
-    return Trapped(kErrCode, [&] { return Totals_Report(kDriverTotal, db, appDir, sel, out); });
+    return Trapped(kErrUnlabelled, [&] { return Totals_Report(kDriverTotal, db, appDir, sel, out); });
 }
 
 Excel_Result Excel_Car_Total(Cls_DB& db, const QString& appDir, const Excel_Selection& sel, const QString& out)
 {
-    return Trapped(kErrCode, [&] { return Totals_Report(kCarTotal, db, appDir, sel, out); });
+    return Trapped(kErrUnlabelled, [&] { return Totals_Report(kCarTotal, db, appDir, sel, out); });
 }
 
 } // namespace vex

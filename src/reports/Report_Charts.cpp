@@ -22,14 +22,14 @@ constexpr int16_t kErrAvg_Day_G = 1153;
 constexpr int16_t kErrDay_AVG_G = 1154;
 constexpr int16_t kErrQuick_Brake = 1155;
 
-QString M(int id)
+QString Msg(int id)
 {
     return LoadResString(id);
 }
 
 QString Pair(int id, const QString& value)
 {
-    return M(id) + QStringLiteral(" : ") + value;
+    return Msg(id) + QStringLiteral(" : ") + value;
 }
 
 // Title, print date and header lines at the left; the y below them.
@@ -53,7 +53,7 @@ bool Cls_Report::No_Printer(Report_Printer& printer)
         if (!name.isEmpty())
             return false;
     if (Msg_Box)
-        Msg_Box(M(168), M(169));
+        Msg_Box(Msg(168), Msg(169));
     return true;
 }
 
@@ -64,8 +64,8 @@ bool Cls_Report::Report_Avg_Day_G(Report_Printer& printer, Cls_DB& db)
     bool ok = false;
     Guarded(kErrAvg_Day_G, [&] {
         const Avg_Days days = DB_Search_AvgDay(db, Start_Date, End_Date);
-        Report_Page page(printer, M(625), false);
-        Head(page, M(625),
+        Report_Page page(printer, Msg(625), false);
+        Head(page, Msg(625),
              {Pair(800, Date_Dash(Start_Date)) + QStringLiteral("     ") + Pair(801, Date_Dash(End_Date)),
               Pair(804, QString::number(days.average, 'f', 2)) + QStringLiteral("     ") +
                   Pair(805, QString::number(days.days))});
@@ -84,9 +84,9 @@ bool Cls_Report::Report_Day_AVG_G(Report_Printer& printer, Cls_DB& db)
         // The day key holds the car's number at its characters 5 to 8.
         const Day_Marks marks =
             DB_Search_DayAVG(db, (Car_Code + Driver_Code).mid(4, 4), Driver_Code, Start_Date, End_Date);
-        Report_Page page(printer, M(626), false);
+        Report_Page page(printer, Msg(626), false);
         const QString name = Driver_Name.isEmpty() ? Driver_Name_Of(db, Driver_Code) : Driver_Name;
-        Head(page, M(626),
+        Head(page, Msg(626),
              {Pair(632, Car_Code) + QStringLiteral("     ") + Pair(633, Driver_Code) + QStringLiteral(" (") + name +
                   QLatin1Char(')'),
               Pair(800, Date_Dash(Start_Date)) + QStringLiteral("     ") + Pair(801, Date_Dash(End_Date)),
@@ -110,8 +110,8 @@ bool Cls_Report::Report_Quick_Brake(Report_Printer& printer, Cls_DB& db, Quick_B
         const QString driver = chart.Driver_Code.isEmpty() ? Driver_Code : chart.Driver_Code;
         const QString name =
             driver == Driver_Code && !Driver_Name.isEmpty() ? Driver_Name : Driver_Name_Of(db, driver);
-        Report_Page page(printer, M(630), false);
-        Head(page, M(630),
+        Report_Page page(printer, Msg(630), false);
+        Head(page, Msg(630),
              {Pair(632, Car_Code) + QStringLiteral("     ") + Pair(809, number),
               Pair(832, name + QStringLiteral(" / ") + driver) + QStringLiteral("     ") +
                   Pair(837, Date_Dash(chart.Day))});

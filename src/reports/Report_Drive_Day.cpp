@@ -55,7 +55,7 @@ struct Daily_Figures {
 
 // The check block: three columns of rows, each an item with its share, a
 // sensor with its check, or a figure of the trip.
-enum Check_Row { kShare, kDistanceSensor, kRpmSensor, kMark, kOverspeed };
+enum Check_Row { kShare, kDistanceSensor, kRpmSensor, kMark, kOverspeedCount };
 struct Check_Entry {
     int id;
     Check_Row kind;
@@ -65,7 +65,7 @@ const std::vector<std::vector<Check_Entry>>& Check_Columns()
     static const std::vector<std::vector<Check_Entry>> columns = {
         {{879, kShare}, {880, kShare}, {882, kShare}, {883, kShare}, {1205, kShare}, {1206, kShare}, {1207, kShare}},
         {{1208, kShare}, {1209, kShare}, {1210, kShare}, {889, kDistanceSensor}, {893, kRpmSensor}, {881, kMark},
-         {824, kOverspeed}},
+         {824, kOverspeedCount}},
         {{884, kShare}, {885, kShare}, {886, kShare}, {887, kShare}, {888, kShare}, {892, kShare}},
     };
     return columns;
@@ -331,7 +331,7 @@ private:
                         value = Sensor_Text(d_.rpmSeen);
                         break;
                     case kMark: value = d_.mark; break;
-                    case kOverspeed: value = QString::number(d_.overspeed); break;
+                    case kOverspeedCount: value = QString::number(d_.overspeed); break;
                     }
                     p_.Text(x, row, M(e.id));
                     p_.Text(x + W * 0.17f, row, QStringLiteral("= ") + value);

@@ -29,13 +29,13 @@ float Columns(Report_Page& page, float y, const QStringList& items)
     return y + pitch * float((items.size() + 2) / 3);
 }
 
-QString Pair(const QString& label, const QString& value)
+QString Labelled(const QString& label, const QString& value)
 {
     return label + QStringLiteral(" : ") + value;
 }
 
 // Title with the print date and company on its line; the y below it.
-float Head(Report_Page& page, const QString& title)
+float Operation_Head(Report_Page& page, const QString& title)
 {
     const float y = page.Title(title);
     page.Font(9);
@@ -72,7 +72,7 @@ bool Cls_Report::Canvas_Report(Report_Printer& printer, Operation_Graph& og, int
     Guarded(kErrOperation, [&] {
         const QString title = LoadResString(titleId);
         Report_Page page(printer, title, true);
-        header(page, Head(page, title));
+        header(page, Operation_Head(page, title));
         og.Out_Direction = 2;
         if (hour)
             og.Draw_Hour(page.S());
@@ -91,11 +91,11 @@ bool Cls_Report::Report_Operation(Report_Printer& printer, Operation_Graph& og, 
     return Canvas_Report(printer, og, 629, false, [&](Report_Page& page, float y) {
         // The car's number, the driver, the trip's start, end, distance,
         // counts and mark; the RPM line with an RPM input.
-        QStringList items{Pair(LoadResString(808), Car_Government)};
+        QStringList items{Labelled(LoadResString(808), Car_Government)};
         for (const int i : {1, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 15}) {
             if (i == 15 && !Rpm_Input())
                 continue;
-            items << Pair(captions.value(i), texts.value(i));
+            items << Labelled(captions.value(i), texts.value(i));
         }
         Columns(page, y, items);
     });
@@ -105,10 +105,10 @@ bool Cls_Report::Report_Operation_360(Report_Printer& printer, Operation_Graph& 
                                       const QStringList& texts)
 {
     return Canvas_Report(printer, og, 1298, true, [&](Report_Page& page, float y) {
-        QStringList items{Pair(LoadResString(808), Car_Government)};
+        QStringList items{Labelled(LoadResString(808), Car_Government)};
         for (int i = 0; i < texts.size() && i < captions.size(); ++i)
             if (!texts[i].isEmpty())
-                items << Pair(captions[i], texts[i]);
+                items << Labelled(captions[i], texts[i]);
         y = Columns(page, y, items);
         // The hour's stored events and its highest values.
         Cls_DB& db = og.DB();
@@ -122,12 +122,12 @@ bool Cls_Report::Report_Operation_360(Report_Printer& printer, Operation_Graph& 
         auto count = [&](const char* table, int width) {
             return QString::number(Events_Of_Hour(db, QLatin1String(table), key, width, hh));
         };
-        QStringList figures{Pair(QStringLiteral("급제동"), count("D_D2", 10)),
-                            Pair(QStringLiteral("급가속"), count("D_D4", 10)),
-                            Pair(QStringLiteral("과속"), count("D_D9", 6)),
-                            Pair(QStringLiteral("속도(Km/h)"), QString::number(highest))};
+        QStringList figures{Labelled(QStringLiteral("급제동"), count("D_D2", 10)),
+                            Labelled(QStringLiteral("급가속"), count("D_D4", 10)),
+                            Labelled(QStringLiteral("과속"), count("D_D9", 6)),
+                            Labelled(QStringLiteral("속도(Km/h)"), QString::number(highest))};
         if (Rpm_Input())
-            figures << Pair(QStringLiteral("rpm"), QString::number(rpm));
+            figures << Labelled(QStringLiteral("rpm"), QString::number(rpm));
         page.Text(page.W() * 0.0635f, y, figures.join(QStringLiteral("     ")));
     });
 }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kMinutes = 1440;
 
-const QList<PackDamageInfo> kDamageKinds = {
+const QList<PackDamageInfo> kPackDamageKinds = {
     {PackDamage::ErasedPage, "erased-page", "one day page left erased (FF), its distance page intact"},
     {PackDamage::BadDate, "bad-date", "StartDay in month 13, EndDay FFFFFF"},
     {PackDamage::BadCheck, "bad-check", "second check byte of one day page 55"},
@@ -401,12 +401,12 @@ void Write_Code(PackImage& image, const PackAddress& high, const PackAddress& lo
 
 const QList<PackDamageInfo>& Pack_Damage_Kinds()
 {
-    return kDamageKinds;
+    return kPackDamageKinds;
 }
 
 std::optional<PackDamage> Pack_Damage_From_Name(const QString& name)
 {
-    for (const PackDamageInfo& d : kDamageKinds)
+    for (const PackDamageInfo& d : kPackDamageKinds)
         if (name == QLatin1String(d.name))
             return d.kind;
     return std::nullopt;
@@ -414,7 +414,7 @@ std::optional<PackDamage> Pack_Damage_From_Name(const QString& name)
 
 QString Pack_Damage_Name(PackDamage kind)
 {
-    for (const PackDamageInfo& d : kDamageKinds)
+    for (const PackDamageInfo& d : kPackDamageKinds)
         if (d.kind == kind)
             return QLatin1String(d.name);
     return QString();

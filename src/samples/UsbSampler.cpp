@@ -18,7 +18,7 @@ constexpr int kDriverIdSize = 16;
 constexpr int kLog250Least = 8192; // records: 4 MiB, above the size that means "130"
 constexpr int kMinuteRecords130 = kMinuteRecords130A + kMinuteRecords130B;
 
-const QList<UsbDamageInfo> kDamageKinds = {
+const QList<UsbDamageInfo> kUsbDamageKinds = {
     {UsbDamage::FreeRecords, "free-records", "free (erased) blocks and records among the data"},
     {UsbDamage::BadStamps, "bad-stamps", "extra blocks stamped with letters, month 13 or FFFFFF"},
     {UsbDamage::FfSamples, "ff-samples", "samples of FF: speed, channel and metres"},
@@ -396,12 +396,12 @@ UsbSampleDay Summary(const Day_Data& d)
 
 const QList<UsbDamageInfo>& Usb_Damage_Kinds()
 {
-    return kDamageKinds;
+    return kUsbDamageKinds;
 }
 
 std::optional<UsbDamage> Usb_Damage_From_Name(const QString& name)
 {
-    for (const UsbDamageInfo& d : kDamageKinds)
+    for (const UsbDamageInfo& d : kUsbDamageKinds)
         if (name == QLatin1String(d.name))
             return d.kind;
     return std::nullopt;

@@ -23,7 +23,7 @@ QByteArray Bytes(const QString& path)
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-void Write(const QString& path, const QByteArray& bytes)
+void Write_Pack_File(const QString& path, const QByteArray& bytes)
 {
     QFile f(path);
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
@@ -103,7 +103,7 @@ TEST(ReadVex, TruncatedFileGivesShortRecords)
     const QString path = dir.filePath("Read.Vex");
     const QString day = Page("FFFFFFFF", "231031", 'd', "D");
     const QString dist = Page("00000000", "231030", 'm', "M");
-    Write(path, day.toLatin1() + "\r\n" + dist.left(100).toLatin1());
+    Write_Pack_File(path, day.toLatin1() + "\r\n" + dist.left(100).toLatin1());
 
     const auto r = Read_Read(path);
     ASSERT_TRUE(r);
@@ -113,7 +113,7 @@ TEST(ReadVex, TruncatedFileGivesShortRecords)
     EXPECT_EQ(r->third.size(), 0);
     EXPECT_EQ(r->third.field(DistPage::CheckPack), "");
 
-    Write(path, "AAAA12");
+    Write_Pack_File(path, "AAAA12");
     const auto tiny = Read_Read(path);
     ASSERT_TRUE(tiny);
     EXPECT_EQ(tiny->day.field(DayPage::CarCode), "12");
@@ -134,7 +134,7 @@ TEST(SysReadVex, RoundTripAndShortFiles)
     ASSERT_EQ(page.size(), kSysPageChars);
 
     // A longer earlier file is replaced, not appended to.
-    Write(path, QByteArray(500, 'x'));
+    Write_Pack_File(path, QByteArray(500, 'x'));
     ASSERT_TRUE(Write_SysRead(path, page));
     EXPECT_EQ(Bytes(path), page.toLatin1() + "\r\n");
 
@@ -160,7 +160,7 @@ TEST(SysReadVex, RoundTripAndShortFiles)
     EXPECT_EQ(empty->SysCheckPack, "\r\n");
     EXPECT_EQ(empty->SysCarCode, "");
 
-    Write(path, "AA11123");
+    Write_Pack_File(path, "AA11123");
     const auto cut = Read_SysRead(path);
     ASSERT_TRUE(cut);
     EXPECT_EQ(cut->SysCheckPack1, "11");

@@ -16,12 +16,12 @@ using namespace vex;
 namespace {
 
 // A plausible day: 08:00 to 08:59 at 60 km/h (hex "3C"), 1.0 km a minute.
-struct Day {
+struct Day_Pages {
     QString page = QString(kPageChars, QLatin1Char('0'));
     QString distance = QString(kPageChars, QLatin1Char('0'));
     QString third = QString(kPageChars, QLatin1Char('0'));
 
-    Day()
+    Day_Pages()
     {
         Put_Field(page, DayPage::CheckPack, "AA");
         Put_Field(page, DayPage::CheckPack1, "AA");
@@ -70,7 +70,7 @@ QString Stored(const QString& table, const QString& field, const QString& key = 
 TEST(PackDecode, AGoodDayIsStoredOnceWithItsSeriesAndRegistersItsCarAndDriver)
 {
     test::AppSession app;
-    Day day;
+    Day_Pages day;
     Cls_IO& io = *G().IO;
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, day.File(app)), 0) << Err_Last().toStdString();
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, day.File(app)), 0);
@@ -92,7 +92,7 @@ TEST(PackDecode, TheCarsLimitIsLookedUpUnderThePacksCodeOfFour)
 {
     test::AppSession app;
     Cls_IO& io = *G().IO;
-    Day day; // an hour at 60 km/h
+    Day_Pages day; // an hour at 60 km/h
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, day.File(app)), 0) << Err_Last().toStdString();
     EXPECT_EQ(io.Decoded.longOverspeeds, 0);
 
@@ -114,14 +114,14 @@ TEST(PackDecode, CheckBytesAndErasedPages)
     Cls_IO& io = *G().IO;
 
     // A refused page stores nothing.
-    Day refused;
+    Day_Pages refused;
     Put_Field(refused.page, DayPage::CheckPack1, "00");
     Put_Field(refused.page, DayPage::Distance, "000000");
     EXPECT_EQ(io.Pack_File_Read1(*G().DB, refused.File(app, "0000")), 1);
     EXPECT_EQ(G().DB->DB_RSet_D_D("SELECT * FROM D_D1").RecordCount(), 0);
 
     // An erased page with a car code from the system page passes and starts at 00:00.
-    Day erased;
+    Day_Pages erased;
     erased.page = QString(kPageChars, 'F');
     erased.distance = QString(kPageChars, 'F');
     Put_Field(erased.distance, DistPage::StartDay, "240305");
@@ -134,14 +134,14 @@ TEST(PackDecode, SpeedSeriesRepairs)
     test::AppSession app;
     Cls_IO& io = *G().IO;
 
-    Day forty; // 40 neighbouring pairs above 150 km/h: the series is kept, the cells cleaned
+    Day_Pages forty; // 40 neighbouring pairs above 150 km/h: the series is kept, the cells cleaned
     for (int m = 600; m < 640; ++m)
         forty.Set_Speed(m, "A0");
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, forty.File(app)), 0);
     EXPECT_EQ(G().IO->Decoded.speed.mid(2 * 600, 2), "00");
     EXPECT_EQ(G().IO->Decoded.speed.mid(2 * 480, 2), "3C");
 
-    Day fortyOne; // one more: rebuilt from the distance page, 1.0 km a minute is 60 km/h
+    Day_Pages fortyOne; // one more: rebuilt from the distance page, 1.0 km a minute is 60 km/h
     for (int m = 600; m < 641; ++m)
         fortyOne.Set_Speed(m, "A0");
     fortyOne.Set_Distance(700, "95"); // flag bit: 1.5 km, 90 km/h
@@ -156,7 +156,7 @@ TEST(PackDecode, CountsAndDistanceFallbacks)
     test::AppSession app;
     Cls_IO& io = *G().IO;
 
-    Day d;
+    Day_Pages d;
     Put_Field(d.page, DayPage::Distance, "010000"); // 1,000 km: kept
     Put_Field(d.page, DayPage::Acceleration, "0300");
     ASSERT_EQ(io.Pack_File_Read1(*G().DB, d.File(app)), 0);
@@ -184,7 +184,7 @@ TEST(PackDecode, BrakeRecordFilterAndForeignDistancePage)
     test::AppSession app;
     Cls_IO& io = *G().IO;
 
-    Day d;
+    Day_Pages d;
     Put_Field(d.page, DayPage::Brack, "04");
     Put_Field(d.page, DayPage::Brack_Data,
               QString("081200" "8C8C" "081300" "8D10" "081400" "0010" "08A500" "3C20" "081600" "3C20")
@@ -252,7 +252,7 @@ TEST(PackDecode, AFailureHalfWayKeepsWhatWasWritten)
 {
     test::AppSession app;
     G().DB->Execute("DROP TABLE D_D7"); // the last save of the day will fail
-    Day day;
+    Day_Pages day;
     EXPECT_EQ(G().IO->Pack_File_Read1(*G().DB, day.File(app)), 0);
     EXPECT_EQ(Stored("D_D1", "D_F5"), "0800");
     EXPECT_EQ(Stored("D_D3", "D_F2").size(), 2880);

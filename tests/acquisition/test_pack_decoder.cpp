@@ -14,7 +14,7 @@ namespace {
 // first digit as the pack flags a written minute) of hwfet's first minutes.
 const char* const kSpeed[] = {"32", "4C", "49", "47", "46", "52", "5C", "5D"};
 const char* const kDistance[] = {"88", "93", "92", "92", "92", "94", "95", "96"};
-constexpr int kFirst = 7 * 60 + 30;
+constexpr int kFirstMinute = 7 * 60 + 30;
 
 struct Pages {
     QString day = QString(kPageChars, QLatin1Char('0'));
@@ -34,8 +34,8 @@ struct Pages {
         Put_Field(day, DayPage::Distance, "000102");
         Put_Field(distance, DistPage::StartDay, "240305");
         for (int m = 0; m < 8; ++m) {
-            Speed(kFirst + m, kSpeed[m]);
-            Distance(kFirst + m, kDistance[m]);
+            Speed(kFirstMinute + m, kSpeed[m]);
+            Distance(kFirstMinute + m, kDistance[m]);
         }
     }
     void Speed(int minute, const QString& cell) { day.replace(DayPage::Sec_Data.column - 1 + 2 * minute, 2, cell); }
@@ -90,10 +90,10 @@ TEST(PackDecoder, ASoundDayComesOutAsItStands)
     // 82-92 and 92-93 km/h: two pairs of neighbouring minutes above 80.
     EXPECT_EQ(day.longOverspeeds, 2);
     EXPECT_EQ(day.overspeedMinutes, 0); // the store's to count
-    EXPECT_EQ(Cell(day.speed, kFirst + 6), "5C");
-    EXPECT_EQ(Cell(day.speed, kFirst + 8), "00");
+    EXPECT_EQ(Cell(day.speed, kFirstMinute + 6), "5C");
+    EXPECT_EQ(Cell(day.speed, kFirstMinute + 8), "00");
     EXPECT_EQ(day.speed.size(), 2880);
-    EXPECT_EQ(Cell(day.distanceSeries, kFirst), "88"); // the flag goes with the save
+    EXPECT_EQ(Cell(day.distanceSeries, kFirstMinute), "88"); // the flag goes with the save
     EXPECT_EQ(day.distanceSeries.size(), 2880);
 }
 
@@ -112,8 +112,8 @@ TEST(PackDecoder, EveryBadFieldHasItsFallbackAndIsListed)
               QString("0732125C20" "0733300000" "07344A5C20").leftJustified(100, '0'));
     p.Speed(900, "FF");  // erased memory
     p.Speed(1000, "A0"); // 160 km/h
-    p.Distance(kFirst + 1, "?3"); // speed 4C has a letter: no distance
-    p.Distance(kFirst + 2, "??"); // speed 49 (73 km/h): 1.2 km, flagged
+    p.Distance(kFirstMinute + 1, "?3"); // speed 4C has a letter: no distance
+    p.Distance(kFirstMinute + 2, "??"); // speed 49 (73 km/h): 1.2 km, flagged
     const Pack_Decoding d = Decode(p, 42);
     ASSERT_EQ(d.verdict, Pack_Decoding::Verdict::Decoded);
     const QStringList expected{
@@ -141,9 +141,9 @@ TEST(PackDecoder, EveryBadFieldHasItsFallbackAndIsListed)
     EXPECT_EQ(day.brakeRecords, QString("0732125C20").leftJustified(100, '0'));
     EXPECT_EQ(Cell(day.speed, 900), "00");
     EXPECT_EQ(Cell(day.speed, 1000), "00");
-    EXPECT_EQ(Cell(day.distanceSeries, kFirst + 1), "00");
-    EXPECT_EQ(Cell(day.distanceSeries, kFirst + 2), "92");
-    EXPECT_EQ(Cell(day.distanceSeries, kFirst + 3), "92");
+    EXPECT_EQ(Cell(day.distanceSeries, kFirstMinute + 1), "00");
+    EXPECT_EQ(Cell(day.distanceSeries, kFirstMinute + 2), "92");
+    EXPECT_EQ(Cell(day.distanceSeries, kFirstMinute + 3), "92");
 }
 
 TEST(PackDecoder, AGarbledSpeedSeriesIsRebuiltFromTheDistance)
@@ -155,8 +155,8 @@ TEST(PackDecoder, AGarbledSpeedSeriesIsRebuiltFromTheDistance)
     Pack_Decoding d = Decode(p);
     ASSERT_EQ(d.verdict, Pack_Decoding::Verdict::Decoded);
     EXPECT_TRUE(d.repairs.contains("Sec_Data rebuilt from the distance (41 minutes above 150 km/h)"));
-    EXPECT_EQ(Cell(d.day.speed, kFirst), "30");     // 0.8 km: 48 km/h
-    EXPECT_EQ(Cell(d.day.speed, kFirst + 1), "4E"); // 1.3 km: 78 km/h
+    EXPECT_EQ(Cell(d.day.speed, kFirstMinute), "30");     // 0.8 km: 48 km/h
+    EXPECT_EQ(Cell(d.day.speed, kFirstMinute + 1), "4E"); // 1.3 km: 78 km/h
     EXPECT_EQ(Cell(d.day.speed, 600), "00");
     EXPECT_EQ(Cell(d.day.speed, 700), "7E");
 
@@ -165,7 +165,7 @@ TEST(PackDecoder, AGarbledSpeedSeriesIsRebuiltFromTheDistance)
     for (int m = 600; m < 640; ++m)
         p.Speed(m, "A0");
     d = Decode(p);
-    EXPECT_EQ(Cell(d.day.speed, kFirst), "32");
+    EXPECT_EQ(Cell(d.day.speed, kFirstMinute), "32");
     EXPECT_EQ(Cell(d.day.speed, 600), "00");
 }
 

@@ -28,7 +28,7 @@ UsbSample Sample(const QString& model, int days = 2)
     return s ? *s : UsbSample{};
 }
 
-QByteArray Read(const QString& path)
+QByteArray File_Bytes(const QString& path)
 {
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
@@ -123,22 +123,22 @@ TEST(UsbMedium, DriverNumbersGoIntoMaster00AndDriverid)
     Driver_Medium_Result r = Write_Driver_To_Medium(app.Path("m"), "1234");
     EXPECT_TRUE(r.written);
     EXPECT_EQ(r.message, "저장 완료되었읍니다.");
-    QByteArray master = Read(app.Path("m/Master00.dat"));
+    QByteArray master = File_Bytes(app.Path("m/Master00.dat"));
     EXPECT_EQ(master.size(), s.master.size());
     EXPECT_EQ(master.mid(32, 3).toHex(), "001234");
     EXPECT_EQ(master.mid(48, 2).toHex(), "aa00");
     EXPECT_EQ(master.left(32), s.master.left(32)); // the identity stays
-    EXPECT_EQ(Read(app.Path("m/Driverid.dat")).toHex(), "001234" + s.driverId.mid(3).toHex());
+    EXPECT_EQ(File_Bytes(app.Path("m/Driverid.dat")).toHex(), "001234" + s.driverId.mid(3).toHex());
 
     // Files shorter than the bytes grow; missing ones are made.
     app.Write_File("n/Master00.dat", QByteArray(18, '\x11'));
     r = Write_Driver_To_Medium(app.Path("n"), "ab12cd");
     EXPECT_TRUE(r.written);
-    master = Read(app.Path("n/Master00.dat"));
+    master = File_Bytes(app.Path("n/Master00.dat"));
     EXPECT_EQ(master.size(), 50);
     EXPECT_EQ(master.mid(18, 14), QByteArray(14, '\0'));
     EXPECT_EQ(master.mid(32, 3).toHex(), "ab12cd");
-    EXPECT_EQ(Read(app.Path("n/Driverid.dat")).toHex(), "ab12cd");
+    EXPECT_EQ(File_Bytes(app.Path("n/Driverid.dat")).toHex(), "ab12cd");
 
     // No medium; no driver chosen; a code that isn't hexadecimal.
     EXPECT_EQ(Write_Driver_To_Medium("", "1234").message, "메모리 팩이 없읍니다!");
@@ -147,5 +147,5 @@ TEST(UsbMedium, DriverNumbersGoIntoMaster00AndDriverid)
     EXPECT_EQ(r.message, "");
     r = Write_Driver_To_Medium(app.Path("m"), "12G4");
     EXPECT_FALSE(r.written);
-    EXPECT_EQ(Read(app.Path("m/Master00.dat")).mid(32, 3).toHex(), "001234");
+    EXPECT_EQ(File_Bytes(app.Path("m/Master00.dat")).mid(32, 3).toHex(), "001234");
 }

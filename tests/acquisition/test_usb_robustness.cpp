@@ -39,7 +39,7 @@ QByteArray Digit_Noise(qint64 n, uint64_t seed, int record)
     return b;
 }
 
-UsbSample Sample(const QString& model)
+UsbSample Two_Day_Sample(const QString& model)
 {
     UsbSampleRequest r;
     r.model = model;
@@ -77,7 +77,7 @@ protected:
 
 TEST_F(UsbDamage_, CutAndNoisyModel130LogsDecodeWhatIsWhole)
 {
-    const QByteArray log = Sample("130").log;
+    const QByteArray log = Two_Day_Sample("130").log;
     for (qint64 n : {qint64(0), qint64(1), qint64(255), qint64(257), qint64(3 * 256 + 7), kEventRegion130 - 3,
                      kEventRegion130 + 15, kMinuteRegion130A + 60, kMinuteRegion130B + 100})
         EXPECT_TRUE(Decode_Dat130(*G().DB, Filed(log.left(n)))) << n;
@@ -92,7 +92,7 @@ TEST_F(UsbDamage_, CutAndNoisyModel130LogsDecodeWhatIsWhole)
 
 TEST_F(UsbDamage_, CutAndNoisyModel250LogsDecodeWhatIsWhole)
 {
-    const QByteArray log = Sample("250").log;
+    const QByteArray log = Two_Day_Sample("250").log;
     // Five whole records and a part of the sixth: the five make a day file.
     ASSERT_TRUE(Decode_Dat250(*G().DB, Put("m/SPDR0403.dat", log.left(5 * kRecord250 + 100))));
     const QStringList ntd = QDir(app.Path("new")).entryList(QDir::Files);

@@ -16,10 +16,10 @@ using namespace vex;
 
 namespace {
 
-const QString kCar = "12AB00", kDriver = "000123";
+const QString kGraphCar = "12AB00", kGraphDriver = "000123";
 
 // A minute series with value v (two digits) in clock minutes [from, to).
-QString Series(std::initializer_list<std::tuple<int, int, const char*>> runs)
+QString Run_Series(std::initializer_list<std::tuple<int, int, const char*>> runs)
 {
     QString s = QString(2880, QLatin1Char('0'));
     for (const auto& [from, to, v] : runs)
@@ -61,18 +61,18 @@ protected:
 
 // Driving 06:00-08:00, a stop of 8 minutes, driving to 10:00, a stop of
 // 30, driving 10:30-11:41; a kilometre each driven minute.
-const QString kSpeed = Series({{360, 480, "3C"}, {488, 600, "50"}, {630, 701, "28"}});
-const QString kDistance = Series({{360, 480, "10"}, {488, 600, "10"}, {630, 701, "10"}});
+const QString kDrivenSpeed = Run_Series({{360, 480, "3C"}, {488, 600, "50"}, {630, 701, "28"}});
+const QString kDrivenDistance = Run_Series({{360, 480, "10"}, {488, 600, "10"}, {630, 701, "10"}});
 
 } // namespace
 
 TEST_F(Search, SeriesDecodeWithBadCellsCountedZeroAndLogged)
 {
     Operation_Graph og(db());
-    QString speed = Series({{1, 2, "1E"}, {2, 3, "FF"}, {3, 4, "G1"}, {4, 5, "FE"}});
+    QString speed = Run_Series({{1, 2, "1E"}, {2, 3, "FF"}, {3, 4, "G1"}, {4, 5, "FE"}});
     og.Trip.speed = speed;
-    og.Trip.rpm = Series({{1, 2, "10"}});
-    og.Trip.distanceSeries = Series({{1, 3, "05"}, {3, 4, "x5"}});
+    og.Trip.rpm = Run_Series({{1, 2, "10"}});
+    og.Trip.distanceSeries = Run_Series({{1, 3, "05"}, {3, 4, "x5"}});
     og.Engine_Factor = 4.25f;
     og.DB_1440_DB();
     // Point k carries clock minute k-1.
@@ -102,12 +102,12 @@ TEST_F(Search, SeriesDecodeWithBadCellsCountedZeroAndLogged)
 TEST_F(Search, SectionsAlternateAndAddUpToTheTotal)
 {
     G().Idle_Minutes = 10;
-    const QString key = kCar + kDriver + "260105";
-    Trip(kCar, kDriver, "260105");
-    Put("D_D3", key, {{"D_F2", kSpeed}});
-    Put("D_D7", key, {{"D_F2", kDistance}});
+    const QString key = kGraphCar + kGraphDriver + "260105";
+    Trip(kGraphCar, kGraphDriver, "260105");
+    Put("D_D3", key, {{"D_F2", kDrivenSpeed}});
+    Put("D_D7", key, {{"D_F2", kDrivenDistance}});
     Operation_Graph og(db());
-    og.DB_Search_Data2(nullptr, kCar, kDriver, "260105");
+    og.DB_Search_Data2(nullptr, kGraphCar, kGraphDriver, "260105");
     ASSERT_EQ(og.Sections.size(), 3u);
     const Day_Section& a = og.Sections[0];
     EXPECT_EQ(a.Start, "06:00");
@@ -123,18 +123,18 @@ TEST_F(Search, SectionsAlternateAndAddUpToTheTotal)
     EXPECT_EQ(og.Sections[2].End, "11:41");
     EXPECT_EQ(og.Sections[2].Kind, kDriving);
 
-    ASSERT_TRUE(og.DB_Search_Data(nullptr, kCar, kDriver, "260105"));
+    ASSERT_TRUE(og.DB_Search_Data(nullptr, kGraphCar, kGraphDriver, "260105"));
     EXPECT_EQ(og.Sum_DriveTime, 240 + 71);
     EXPECT_EQ(og.Sum_BDriveTime, 30);
     EXPECT_EQ(og.Total_Time, 341);
 
     // A stop of exactly the threshold still belongs to the drive.
     G().Idle_Minutes = 30;
-    og.DB_Search_Data2(nullptr, kCar, kDriver, "260105");
+    og.DB_Search_Data2(nullptr, kGraphCar, kGraphDriver, "260105");
     EXPECT_EQ(og.Sections.size(), 1u);
 
     // A day without a speed row has no sections.
-    og.DB_Search_Data2(nullptr, kCar, kDriver, "260106");
+    og.DB_Search_Data2(nullptr, kGraphCar, kGraphDriver, "260106");
     EXPECT_TRUE(og.Sections.empty());
 }
 
@@ -143,25 +143,25 @@ TEST_F(Search, LongStopsCountTheDaysEdges)
     G().Idle_Minutes = 10;
     // Before the first drive (360), the stop of 30, after the last drive
     // (minutes 702 to 1440 of the day's 1-based count: 739).
-    EXPECT_EQ(UnH_Time(kSpeed), 360 + 30 + 739);
+    EXPECT_EQ(UnH_Time(kDrivenSpeed), 360 + 30 + 739);
     // Nothing but driving; a standing day is one long stop.
-    EXPECT_EQ(UnH_Time(Series({{0, 1440, "20"}})), 0);
-    EXPECT_EQ(UnH_Time(Series({})), 1440);
+    EXPECT_EQ(UnH_Time(Run_Series({{0, 1440, "20"}})), 0);
+    EXPECT_EQ(UnH_Time(Run_Series({})), 1440);
     // The last minute is never read: the stop that reaches minute 1439 runs to 1440.
-    EXPECT_EQ(UnH_Time(Series({{0, 1400, "20"}, {1439, 1440, "20"}})), 40);
+    EXPECT_EQ(UnH_Time(Run_Series({{0, 1400, "20"}, {1439, 1440, "20"}})), 40);
 }
 
 TEST_F(Search, ADayWithoutSpeedClearsEverySeriesAndPageUpPastTheLastDayFindsNothing)
 {
-    Trip(kCar, kDriver, "260105", {{"D_F8", 2328}, {"D_F14", 91}});
-    Trip(kCar, kDriver, "260107", {{"D_F8", 1000}});
-    Put("D_D3", kCar + kDriver + "260107", {{"D_F2", kSpeed}});
-    Put("D_D7", kCar + kDriver + "260107", {{"D_F2", kDistance}});
-    Put("D_D7", kCar + kDriver + "260105", {{"D_F2", kDistance}});
+    Trip(kGraphCar, kGraphDriver, "260105", {{"D_F8", 2328}, {"D_F14", 91}});
+    Trip(kGraphCar, kGraphDriver, "260107", {{"D_F8", 1000}});
+    Put("D_D3", kGraphCar + kGraphDriver + "260107", {{"D_F2", kDrivenSpeed}});
+    Put("D_D7", kGraphCar + kGraphDriver + "260107", {{"D_F2", kDrivenDistance}});
+    Put("D_D7", kGraphCar + kGraphDriver + "260105", {{"D_F2", kDrivenDistance}});
     Operation_Graph og(db());
 
     // 260105 has its summary and distance but no speed: all three go.
-    ASSERT_TRUE(og.DB_Search_Data(nullptr, kCar, kDriver, "260105"));
+    ASSERT_TRUE(og.DB_Search_Data(nullptr, kGraphCar, kGraphDriver, "260105"));
     EXPECT_EQ(og.Trip.startDay, "260105");
     EXPECT_EQ(og.Trip.distance, "232.8");
     EXPECT_EQ(og.Trip.mark, 91);
@@ -171,19 +171,19 @@ TEST_F(Search, ADayWithoutSpeedClearsEverySeriesAndPageUpPastTheLastDayFindsNoth
     EXPECT_TRUE(Log().contains("no minute speed of 12AB00000123260105 in D_D3"));
 
     // A key that isn't stored.
-    EXPECT_FALSE(og.DB_Search_Data(nullptr, kCar, kDriver, "991231"));
+    EXPECT_FALSE(og.DB_Search_Data(nullptr, kGraphCar, kGraphDriver, "991231"));
     EXPECT_TRUE(Log().contains("no stored day 12AB00000123991231 in D_D1"));
 
     // Page up from 260106 lands on 260107 with its series; past it, nothing.
-    ASSERT_TRUE(og.DB_Search_Data_Move_Date(kCar, kDriver, "260106", nullptr, 33));
+    ASSERT_TRUE(og.DB_Search_Data_Move_Date(kGraphCar, kGraphDriver, "260106", nullptr, 33));
     EXPECT_EQ(og.Trip.startDay, "260107");
-    EXPECT_EQ(og.Trip.speed, kSpeed);
+    EXPECT_EQ(og.Trip.speed, kDrivenSpeed);
     EXPECT_EQ(og.Speed_Search(361), 0x3C);
-    EXPECT_FALSE(og.DB_Search_Data_Move_Date(kCar, kDriver, "260108", nullptr, 33));
+    EXPECT_FALSE(og.DB_Search_Data_Move_Date(kGraphCar, kGraphDriver, "260108", nullptr, 33));
     EXPECT_TRUE(og.Trip.startDay.isEmpty());
     EXPECT_TRUE(og.Trip.car.isEmpty());
     // Page down from 260106 lands on 260105.
-    ASSERT_TRUE(og.DB_Search_Data_Move_Date(kCar, kDriver, "260106", nullptr, 34));
+    ASSERT_TRUE(og.DB_Search_Data_Move_Date(kGraphCar, kGraphDriver, "260106", nullptr, 34));
     EXPECT_EQ(og.Trip.startDay, "260105");
 }
 
@@ -198,22 +198,23 @@ TEST_F(Search, MarksOfADriverByDayUseTheirOwnStandards)
     ASSERT_EQ(c.B_Val4, 1);
     ASSERT_EQ(c.B_Val10, 8);
     // 100 km, 2 brakes, 5 overspeeds, 1 idle: 100 - 80/100 x 20 = 84.
-    Trip(kCar, kDriver, "260105", {{"D_F8", 1000}, {"D_F10", 2}, {"D_F11", 5}, {"D_F12", 1}, {"D_F16", 4}});
-    Put("D_D3", kCar + kDriver + "260105", {{"D_F2", kSpeed}});
+    Trip(kGraphCar, kGraphDriver, "260105", {{"D_F8", 1000}, {"D_F10", 2}, {"D_F11", 5}, {"D_F12", 1}, {"D_F16", 4}});
+    Put("D_D3", kGraphCar + kGraphDriver + "260105", {{"D_F2", kDrivenSpeed}});
     // No distance: factor 0, the full mark.
-    Trip(kCar, kDriver, "260106", {{"D_F10", 9}, {"D_F16", 6}});
-    Put("D_D3", kCar + kDriver + "260106", {{"D_F2", kSpeed}});
+    Trip(kGraphCar, kGraphDriver, "260106", {{"D_F10", 9}, {"D_F16", 6}});
+    Put("D_D3", kGraphCar + kGraphDriver + "260106", {{"D_F2", kDrivenSpeed}});
     // 50 km and three runs in D_F5 (the first cell twice, the last never
     // read): 100 - 80/50 x 24 = 61.6, "062".
-    Trip(kCar, kDriver, "260107", {{"D_F8", 500}, {"D_F16", 3}});
-    Put("D_D3", kCar + kDriver + "260107", {{"D_F2", kSpeed}, {"D_F5", Series({{0, 1, "02"}, {2, 3, "05"}, {1439, 1440, "09"}})}});
+    Trip(kGraphCar, kGraphDriver, "260107", {{"D_F8", 500}, {"D_F16", 3}});
+    Put("D_D3", kGraphCar + kGraphDriver + "260107",
+        {{"D_F2", kDrivenSpeed}, {"D_F5", Run_Series({{0, 1, "02"}, {2, 3, "05"}, {1439, 1440, "09"}})}});
     // Another driver's day is neither counted nor listed.
-    Trip(kCar, "110000", "260106", {{"D_F8", 1000}, {"D_F10", 50}});
-    Put("D_D3", kCar + "110000" + "260106", {{"D_F2", kSpeed}});
+    Trip(kGraphCar, "110000", "260106", {{"D_F8", 1000}, {"D_F10", 50}});
+    Put("D_D3", kGraphCar + "110000" + "260106", {{"D_F2", kDrivenSpeed}});
 
-    EXPECT_EQ(Overspeed_Runs(Series({{0, 1, "02"}, {2, 3, "05"}, {1439, 1440, "09"}}), 1), 3);
+    EXPECT_EQ(Overspeed_Runs(Run_Series({{0, 1, "02"}, {2, 3, "05"}, {1439, 1440, "09"}}), 1), 3);
     // Characters 5 to 8 of the key: "00" of the car, "00" of the driver.
-    const Day_Marks m = DB_Search_DayAVG(db(), "0000", kDriver, "260101", "260131");
+    const Day_Marks m = DB_Search_DayAVG(db(), "0000", kGraphDriver, "260101", "260131");
     EXPECT_EQ(m.count, 3);
     EXPECT_DOUBLE_EQ(m.sum, 84 + 100 + 62);
     EXPECT_DOUBLE_EQ(m.average, 82);

@@ -100,7 +100,7 @@ std::multiset<Finding_Kind> Kinds(const std::vector<Finding>& findings)
     return kinds;
 }
 
-QString Texts(const std::vector<Finding>& findings)
+QString Finding_Texts(const std::vector<Finding>& findings)
 {
     QString all;
     for (const Finding& f : findings)
@@ -116,9 +116,9 @@ TEST(Plausibility, DaysDrivenFromTheCyclesGiveNoFinding)
         const Sample_Day day(Build_Driving_Day(Cycles(), QDate(2026, 3, 2).addDays(k), 7000 + k));
         const Day_Context context = Context_Of(day);
         const auto seconds = Check_Day(day.evidence, context);
-        EXPECT_TRUE(seconds.empty()) << "day " << k << ":\n" << Texts(seconds).toStdString();
+        EXPECT_TRUE(seconds.empty()) << "day " << k << ":\n" << Finding_Texts(seconds).toStdString();
         const auto minutes = Check_Day(day.Minutes_Only(), context);
-        EXPECT_TRUE(minutes.empty()) << "day " << k << " (minutes):\n" << Texts(minutes).toStdString();
+        EXPECT_TRUE(minutes.empty()) << "day " << k << " (minutes):\n" << Finding_Texts(minutes).toStdString();
     }
 }
 
@@ -135,7 +135,7 @@ TEST(Plausibility, EachFaultPlantedInADayGivesExactlyItsFinding)
             v = uint8_t(std::lround(v * 1.25));
         d.Attach();
         const auto f = Check_Day(d.evidence, Context_Of(d));
-        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Distance_Mismatch}) << Texts(f).toStdString();
+        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Distance_Mismatch}) << Finding_Texts(f).toStdString();
         EXPECT_NEAR(f[0].reference / f[0].measured, 1.25, 0.02);
     }
     { // a spike of 45 km/h for one second: up and down within one minute, one finding
@@ -143,7 +143,7 @@ TEST(Plausibility, EachFaultPlantedInADayGivesExactlyItsFinding)
         d.speed[size_t(cruise)] = uint8_t(d.speed[size_t(cruise - 1)] + 45);
         d.Attach();
         const auto f = Check_Day(d.evidence, Context_Of(d));
-        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Speed_Jump}) << Texts(f).toStdString();
+        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Speed_Jump}) << Finding_Texts(f).toStdString();
         EXPECT_EQ(f[0].second, cruise);
     }
     { // three minutes of driving with the distance cells empty (a slipping sensor)
@@ -152,7 +152,7 @@ TEST(Plausibility, EachFaultPlantedInADayGivesExactlyItsFinding)
         for (int k = 0; k < 3; ++k)
             d.evidence.minuteTenths[size_t(m + k)] = 0;
         const auto f = Check_Day(d.evidence, Context_Of(d));
-        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Speed_Without_Distance}) << Texts(f).toStdString();
+        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Speed_Without_Distance}) << Finding_Texts(f).toStdString();
         EXPECT_EQ(f[0].second, m * 60);
         EXPECT_EQ(f[0].measured, 3);
     }
@@ -162,7 +162,7 @@ TEST(Plausibility, EachFaultPlantedInADayGivesExactlyItsFinding)
             d.engine[size_t(s)] = 0;
         d.Attach();
         const auto f = Check_Day(d.evidence, Context_Of(d));
-        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Engine_Off_Moving}) << Texts(f).toStdString();
+        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Engine_Off_Moving}) << Finding_Texts(f).toStdString();
         EXPECT_EQ(f[0].second, cruise);
         EXPECT_EQ(f[0].measured, 90);
     }
@@ -189,7 +189,7 @@ TEST(Plausibility, EachFaultPlantedInADayGivesExactlyItsFinding)
         }
         d.Attach();
         const auto f = Check_Day(d.evidence, Context_Of(d));
-        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Flat_Speed}) << Texts(f).toStdString();
+        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Flat_Speed}) << Finding_Texts(f).toStdString();
         EXPECT_EQ(f[0].second, from);
         EXPECT_EQ(f[0].measured, 80);
         EXPECT_EQ(f[0].reference, 150);
@@ -198,7 +198,7 @@ TEST(Plausibility, EachFaultPlantedInADayGivesExactlyItsFinding)
         Day_Evidence d = clean.Minutes_Only();
         d.minuteSpeed[size_t(cruise / 60)] = 210;
         const auto f = Check_Day(d, Context_Of(clean));
-        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Over_200}) << Texts(f).toStdString();
+        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Over_200}) << Finding_Texts(f).toStdString();
         EXPECT_EQ(f[0].second, cruise / 60 * 60);
     }
     { // the distance of a pack day more than its highest speeds allow
@@ -225,7 +225,7 @@ TEST(Plausibility, EachFaultPlantedInADayGivesExactlyItsFinding)
         c.neighbours.push_back({QStringLiteral("000888"), QStringLiteral("0100"), QStringLiteral("0200"), {}});
         c.neighbours.push_back({c.driver, QStringLiteral("1000"), QStringLiteral("1100"), {}});
         auto f = Check_Day(clean.evidence, c);
-        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Overlapping_Trip}) << Texts(f).toStdString();
+        ASSERT_EQ(Kinds(f), std::multiset{Finding_Kind::Overlapping_Trip}) << Finding_Texts(f).toStdString();
         EXPECT_EQ(f[0].other, QStringLiteral("000777"));
         c = Context_Of(clean);
         c.neighbours.push_back({c.driver, QStringLiteral("1000"), QStringLiteral("1100"), QStringLiteral("pack 3")});

@@ -22,7 +22,7 @@ using namespace vex;
 
 namespace {
 
-const QString kCar = "12AB00", kDriver = "000123", kDay = "260105";
+const QString kTripCar = "12AB00", kTripDriver = "000123", kTripDay = "260105";
 
 // A minute series of 1,440 cells, "00" but where given (clock minute: cell).
 QString Minutes(std::initializer_list<std::pair<int, const char*>> cells)
@@ -110,7 +110,7 @@ TEST_F(Mapping, TheSecondsViewTheEventAndTheDayFileNameTheSameSecond)
         file.speed[size_t(t)] = 90;
     for (int t = at; t < at + 60; ++t)
         file.speed[size_t(t)] = 77;
-    const QString path = Local_Path(Day_File_Name(kCar, kDriver, kDay));
+    const QString path = Local_Path(Day_File_Name(kTripCar, kTripDriver, kTripDay));
     QDir().mkpath(QFileInfo(path).absolutePath());
     Write_Day_File(path, file);
 
@@ -119,11 +119,11 @@ TEST_F(Mapping, TheSecondsViewTheEventAndTheDayFileNameTheSameSecond)
 
     Operation_Graph og(db());
     QString hour = "15";
-    ASSERT_FALSE(og.DB_Search_SecData2(nullptr, kCar, kDriver, kDay, hour).isEmpty());
-    QStringList f = Second_Fields(og, kCar, kDriver, 29 * 60 + 43);
+    ASSERT_FALSE(og.DB_Search_SecData2(nullptr, kTripCar, kTripDriver, kTripDay, hour).isEmpty());
+    QStringList f = Second_Fields(og, kTripCar, kTripDriver, 29 * 60 + 43);
     EXPECT_EQ(f[2], "15 : 29 : 43");
     EXPECT_EQ(f[3], "77");
-    f = Second_Fields(og, kCar, kDriver, 29 * 60 + 42);
+    f = Second_Fields(og, kTripCar, kTripDriver, 29 * 60 + 42);
     EXPECT_EQ(f[2], "15 : 29 : 42");
     EXPECT_EQ(f[3], "90");
 }

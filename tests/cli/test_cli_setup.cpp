@@ -14,7 +14,7 @@ using vex::test::Vexcli;
 
 namespace {
 
-QString Read(const QString& path)
+QString Read_Text(const QString& path)
 {
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
@@ -142,8 +142,8 @@ TEST(CliSetup, HelpReadmeAndManualNameEveryCommandAndKind)
     EXPECT_EQ(kinds.size(), 18) << kinds.join(' ').toStdString();
 
     const QString root = QStringLiteral(VEX_TEST_SUPPORT) + "/../..";
-    const QString readme = Read(root + "/README.md");
-    const QString manual = Read(root + "/packaging/vexcli.1");
+    const QString readme = Read_Text(root + "/README.md");
+    const QString manual = Read_Text(root + "/packaging/vexcli.1");
     ASSERT_FALSE(readme.isEmpty());
     ASSERT_FALSE(manual.isEmpty());
     vex::test::TempApp app;

@@ -45,11 +45,6 @@ QString Sys_Field(const QString& image, const Field& f)
     return pack ? PageText(pack->Read_Hex(kSystemPageAddress)).field(f) : QString();
 }
 
-int Count(const QString& out, const QString& word)
-{
-    return int(out.count(QRegularExpression("^" + word + " ", QRegularExpression::MultilineOption)));
-}
-
 } // namespace
 
 TEST(ReceivePack, ThirtyOneDaysThenNothingNewThenAChosenRange)
@@ -75,7 +70,7 @@ TEST(ReceivePack, ThirtyOneDaysThenNothingNewThenAChosenRange)
     test::CliRun r = test::Vexcli({"--app-dir", site, "receive", "pack"}, env);
     ASSERT_EQ(r.code, 0) << r.out.toStdString() << r.err.toStdString();
     EXPECT_TRUE(r.out.contains("분석기 연결 완료"));
-    EXPECT_EQ(Count(r.out, "read"), 32); // the day of the last reading is read again
+    EXPECT_EQ(test::Lines_Starting(r.out, "read"), 32); // the day of the last reading is read again
     EXPECT_TRUE(r.out.contains("수신완료"));
 
     G().App_Dir = site;
@@ -103,7 +98,7 @@ TEST(ReceivePack, ThirtyOneDaysThenNothingNewThenAChosenRange)
     // Second reception: nothing new, and nothing written to the pack.
     r = test::Vexcli({"--app-dir", site, "receive", "pack"}, env);
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
-    EXPECT_EQ(Count(r.out, "read"), 0);
+    EXPECT_EQ(test::Lines_Starting(r.out, "read"), 0);
     EXPECT_TRUE(r.out.contains("수신완료\n0 day(s) stored\n")) << r.out.toStdString();
     EXPECT_EQ(Sys_Field(image, SysPage::SysDBWriteDate), lastDay + lastWrite.mid(6, 4));
 
@@ -111,8 +106,8 @@ TEST(ReceivePack, ThirtyOneDaysThenNothingNewThenAChosenRange)
     const QString from = first.addDays(4).toString("yyMMdd"), to = first.addDays(6).toString("yyMMdd");
     r = test::Vexcli({"--app-dir", site, "receive", "pack", "--from", from, "--to", to}, env);
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
-    EXPECT_EQ(Count(r.out, "read"), 3);
-    EXPECT_EQ(Count(r.out, "stored"), 3);
+    EXPECT_EQ(test::Lines_Starting(r.out, "read"), 3);
+    EXPECT_EQ(test::Lines_Starting(r.out, "stored"), 3);
     EXPECT_EQ(Sys_Field(image, SysPage::SysDBWriteDate), to + "2359");
     Cls_DB db(Parse_DB_Server("\\db\\morix.mdb", site));
     EXPECT_EQ(db.DB_RSet_D_D("SELECT * FROM D_D1 WHERE LEFT(D_F1,12)=? AND (RIGHT(D_F1,6)) >= ?",
@@ -179,7 +174,7 @@ TEST(ReceivePack, TheDayOfTheLastReceptionLeftUndrivenIsNoRefusal)
     env.insert("VEX_LANG", "en");
     const test::CliRun r = test::Vexcli({"--app-dir", site, "receive", "pack"}, env);
     EXPECT_EQ(r.code, 0) << r.out.toStdString() << r.err.toStdString();
-    EXPECT_EQ(Count(r.out, "stored"), 7) << r.out.toStdString();
+    EXPECT_EQ(test::Lines_Starting(r.out, "stored"), 7) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("not driven 260930")) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("7 day(s) stored; days without driving (nothing recorded on the pack): 260930"))
         << r.out.toStdString();

@@ -21,30 +21,25 @@ using namespace vex;
 
 namespace {
 
-const QString kCar = "12AB00", kDriver = "000123";
+const QString kUsbCar = "12AB00", kUsbDriver = "000123";
 
-struct SampleDay {
+struct UsbSampleDay {
     QString start, end; // HHMM
     int metres, accelerations;
 };
 
 // "260105  06:30-16:14   232.9 km  accelerations 3"
-std::map<QString, SampleDay> Parse_Sample(const QString& out)
+std::map<QString, UsbSampleDay> Parse_Usb_Sample(const QString& out)
 {
     static const QRegularExpression line(R"(^(\d{6})\s+(\d\d):(\d\d)-(\d\d):(\d\d)\s+([\d.]+) km\s+accelerations (\d+))",
                                          QRegularExpression::MultilineOption);
-    std::map<QString, SampleDay> days;
+    std::map<QString, UsbSampleDay> days;
     for (auto it = line.globalMatch(out); it.hasNext();) {
         const auto m = it.next();
         days[m.captured(1)] = {m.captured(2) + m.captured(3), m.captured(4) + m.captured(5),
                                int(std::lround(m.captured(6).toDouble() * 1000)), m.captured(7).toInt()};
     }
     return days;
-}
-
-int Count(const QString& out, const QString& word)
-{
-    return int(out.count(QRegularExpression("^" + word + " ", QRegularExpression::MultilineOption)));
 }
 
 struct Site {
@@ -76,16 +71,16 @@ struct Site {
     }
 };
 
-std::map<QString, SampleDay> Make_Medium(const QString& model, const QString& dir, const QDate& first, int days,
+std::map<QString, UsbSampleDay> Make_Medium(const QString& model, const QString& dir, const QDate& first, int days,
                                          const QStringList& damage = {})
 {
-    QStringList args{"sample", "usb", "--model", model, "--out", dir, "--car", kCar, "--driver", kDriver,
+    QStringList args{"sample", "usb", "--model", model, "--out", dir, "--car", kUsbCar, "--driver", kUsbDriver,
                      "--from", first.toString("yyMMdd"), "--days", QString::number(days)};
     for (const QString& d : damage)
         args << "--damage" << d;
     const test::CliRun r = test::Vexcli(args);
     EXPECT_EQ(r.code, 0) << r.err.toStdString();
-    return Parse_Sample(r.out);
+    return Parse_Usb_Sample(r.out);
 }
 
 } // namespace
@@ -101,12 +96,12 @@ TEST(ReceiveUsb, Model250StoresEveryDayAndAgainDuplicatesNothing)
     ASSERT_EQ(r.code, 0) << r.out.toStdString() << r.err.toStdString();
     EXPECT_TRUE(r.out.contains("car 12AB00  driver 000123"));
     EXPECT_TRUE(r.out.contains("last reception 00-00-00"));
-    EXPECT_EQ(Count(r.out, "stored"), 3) << r.out.toStdString();
+    EXPECT_EQ(test::Lines_Starting(r.out, "stored"), 3) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("수신완료"));
 
     std::map<QString, QString> brakes, accels;
     for (const auto& [day, want] : expected) {
-        const QString key = kCar + kDriver + day;
+        const QString key = kUsbCar + kUsbDriver + day;
         const std::string d = day.toStdString();
         // The summary comes from the second data: the engine decides start
         // and end, which run at least as long as the speed.
@@ -132,8 +127,8 @@ TEST(ReceiveUsb, Model250StoresEveryDayAndAgainDuplicatesNothing)
     EXPECT_TRUE(r.out.contains("last reception 26-01-07")) << r.out.toStdString();
     EXPECT_EQ(s.Rows("D_D1"), 3);
     for (const auto& [day, want] : expected) {
-        EXPECT_EQ(s.Text("D_D2", kCar + kDriver + day), brakes[day]);
-        EXPECT_EQ(s.Text("D_D4", kCar + kDriver + day), accels[day]);
+        EXPECT_EQ(s.Text("D_D2", kUsbCar + kUsbDriver + day), brakes[day]);
+        EXPECT_EQ(s.Text("D_D4", kUsbCar + kUsbDriver + day), accels[day]);
     }
     EXPECT_EQ(s.File("pack/12AB00/260105/260105000123.vex"), vex);
 
@@ -143,7 +138,7 @@ TEST(ReceiveUsb, Model250StoresEveryDayAndAgainDuplicatesNothing)
     r = test::Vexcli({"--app-dir", s.site, "receive", "usb", "--model", "250", "--medium", s.app.Path("m"), "--from",
                       "260106", "--to", "260106"});
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
-    EXPECT_EQ(Count(r.out, "stored"), 1) << r.out.toStdString();
+    EXPECT_EQ(test::Lines_Starting(r.out, "stored"), 1) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("stored 260106"));
 }
 
@@ -178,7 +173,7 @@ TEST(ReceiveUsb, Model250OnAFullDiskNamesEveryDayNotStored)
         GTEST_SKIP() << "needs root to mount a small file system";
     test::CliRun r = test::Vexcli({"--app-dir", s.site, "receive", "usb", "--model", "250", "--medium", s.app.Path("m")});
     EXPECT_EQ(r.code, 1) << r.out.toStdString();
-    EXPECT_EQ(Count(r.out, "stored"), 2) << r.out.toStdString();
+    EXPECT_EQ(test::Lines_Starting(r.out, "stored"), 2) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("days not stored: 260107")) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("No space left on device")) << r.out.toStdString();
     EXPECT_EQ(s.Rows("D_D1"), 2);
@@ -213,7 +208,7 @@ TEST(ReceiveUsb, AReceptionWaitsForAnotherProgramThatHoldsTheDatabase)
     ASSERT_TRUE(reception.waitForFinished(60000));
     const QString out = QString::fromUtf8(reception.readAllStandardOutput());
     EXPECT_EQ(reception.exitCode(), 0) << out.toStdString() << err.toStdString();
-    EXPECT_EQ(Count(out, "stored"), 1) << out.toStdString();
+    EXPECT_EQ(test::Lines_Starting(out, "stored"), 1) << out.toStdString();
     EXPECT_EQ(s.Rows("D_D1"), 1);
     holder = QSqlDatabase();
     QSqlDatabase::removeDatabase("other-program");
@@ -228,13 +223,13 @@ TEST(ReceiveUsb, Model130FilesTheLogAndStoresItsThreeRegions)
 
     test::CliRun r = test::Vexcli({"--app-dir", s.site, "receive", "usb", "--model", "130", "--medium", s.app.Path("m")});
     ASSERT_EQ(r.code, 0) << r.out.toStdString() << r.err.toStdString();
-    EXPECT_EQ(Count(r.out, "stored"), 3) << r.out.toStdString();
+    EXPECT_EQ(test::Lines_Starting(r.out, "stored"), 3) << r.out.toStdString();
     EXPECT_TRUE(r.out.contains("수신완료\n3 day(s) stored\n")) << r.out.toStdString();
     EXPECT_TRUE(QDir(s.site + "/new").isEmpty());
     EXPECT_EQ(QFileInfo(s.site + "/temp.dat").size(), 0x200200);
 
     for (const auto& [day, want] : expected) {
-        const QString key = kCar + kDriver + day;
+        const QString key = kUsbCar + kUsbDriver + day;
         const std::string d = day.toStdString();
         // Start and end from the minute speed, as the recorder kept it.
         EXPECT_EQ(s.Text("D_D1", key, "D_F5"), want.start) << d;
@@ -246,7 +241,7 @@ TEST(ReceiveUsb, Model130FilesTheLogAndStoresItsThreeRegions)
         EXPECT_EQ(s.Text("D_D7", key).size(), 2880) << d;
         EXPECT_EQ(s.Text("D_D8", key).size(), 2880) << d;
     }
-    EXPECT_EQ(s.Text("S_D1", kCar, "D_F6"), "130");
+    EXPECT_EQ(s.Text("S_D1", kUsbCar, "D_F6"), "130");
     // Second data of the last minutes the engine ran: the last day has its
     // day file and the copy in \static.
     const QByteArray vex = s.File("pack/12AB00/260107/260107000123.vex");
@@ -257,14 +252,14 @@ TEST(ReceiveUsb, Model130FilesTheLogAndStoresItsThreeRegions)
         driven += vex[i] != 0;
     EXPECT_GT(driven, 1000);
 
-    const QString d3 = s.Text("D_D3", kCar + kDriver + "260105");
-    const QString d2 = s.Text("D_D2", kCar + kDriver + "260105");
+    const QString d3 = s.Text("D_D3", kUsbCar + kUsbDriver + "260105");
+    const QString d2 = s.Text("D_D2", kUsbCar + kUsbDriver + "260105");
     s.db.reset();
     r = test::Vexcli({"--app-dir", s.site, "receive", "usb", "--model", "130", "--medium", s.app.Path("m")});
     ASSERT_EQ(r.code, 0) << r.err.toStdString();
     EXPECT_EQ(s.Rows("D_D1"), 3);
-    EXPECT_EQ(s.Text("D_D3", kCar + kDriver + "260105"), d3);
-    EXPECT_EQ(s.Text("D_D2", kCar + kDriver + "260105"), d2);
+    EXPECT_EQ(s.Text("D_D3", kUsbCar + kUsbDriver + "260105"), d3);
+    EXPECT_EQ(s.Text("D_D2", kUsbCar + kUsbDriver + "260105"), d2);
     EXPECT_EQ(s.File("pack/12AB00/260107/260107000123.vex"), vex);
 }
 
@@ -284,8 +279,8 @@ TEST(ReceiveUsb, ASecondRecordingOfAnHourOnlyFillsWhatTheFirstLeftEmpty)
                                 s.app.Path("clean")})
                       .code,
                   0);
-        const QString merged = s.Text("D_D3", kCar + kDriver + "260105");
-        const QString clean = c.Text("D_D3", kCar + kDriver + "260105");
+        const QString merged = s.Text("D_D3", kUsbCar + kUsbDriver + "260105");
+        const QString clean = c.Text("D_D3", kUsbCar + kUsbDriver + "260105");
         ASSERT_EQ(merged.size(), 2880);
         int filled = 0, kept = 0;
         for (int i = 0; i < 2880; i += 2) {

@@ -51,7 +51,7 @@ void Put_Day(const QString& key, const QString& start, const QString& end, const
     test::Put_Row("D_D3", key, {{"D_F2", speeds}});
 }
 
-std::set<Finding_Kind> Kinds(const std::vector<Finding>& findings)
+std::set<Finding_Kind> Finding_Kinds(const std::vector<Finding>& findings)
 {
     std::set<Finding_Kind> kinds;
     for (const Finding& f : findings)
@@ -133,15 +133,16 @@ TEST(Ledger, TheChecksOfAStoredDayReadWhatTheStoreHeldBefore)
     // driver of the car at the same hours; a driver known by code only.
     Put_Day("12AC00000777261110", "0600", "0700", speeds);
     Put_Day("12AB00000777261110", "1300", "1500", QString(2880, '0'));
-    EXPECT_EQ(Kinds(Check_Stored_Day(db, "12AB00000123261110", "medium A", {})),
+    EXPECT_EQ(Finding_Kinds(Check_Stored_Day(db, "12AB00000123261110", "medium A", {})),
               (std::set{Finding_Kind::Overlapping_Trip, Finding_Kind::Copied_Day}));
-    EXPECT_EQ(Kinds(Check_Stored_Day(db, "12AC00000777261110", "medium B", {})),
+    EXPECT_EQ(Finding_Kinds(Check_Stored_Day(db, "12AC00000777261110", "medium B", {})),
               (std::set{Finding_Kind::Copied_Day, Finding_Kind::Unknown_Driver}));
 
     // A day before the car's first, while newer ones are stored; the days of
     // the same reception are no earlier knowledge.
     Put_Day("12AB00000123261101", "0800", "0900", QString(2880, '0'));
-    EXPECT_EQ(Kinds(Check_Stored_Day(db, "12AB00000123261101", "medium A", {})), std::set{Finding_Kind::Older_Day});
+    EXPECT_EQ(Finding_Kinds(Check_Stored_Day(db, "12AB00000123261101", "medium A", {})),
+              std::set{Finding_Kind::Older_Day});
     EXPECT_TRUE(Check_Stored_Day(db, "12AB00000123261101", "medium A",
                                  {"12AB00000123261110", "12AB00000777261110"})
                     .empty());
@@ -151,7 +152,8 @@ TEST(Ledger, TheChecksOfAStoredDayReadWhatTheStoreHeldBefore)
     Record_Reception(db, Ledger_Road::Usb, "medium B", {}, {earlier});
     const Ledger_Entry again = Record_Reception(db, Ledger_Road::Usb, "medium C", "1 day(s) stored", {earlier});
     ASSERT_EQ(again.days.size(), 1u);
-    EXPECT_EQ(Kinds(again.days[0].findings), (std::set{Finding_Kind::Older_Day, Finding_Kind::Overlapping_Trip}));
+    EXPECT_EQ(Finding_Kinds(again.days[0].findings),
+              (std::set{Finding_Kind::Older_Day, Finding_Kind::Overlapping_Trip}));
     EXPECT_EQ(again.Stored_With_Findings(), 1);
     const auto read = Read_Ledger(db, {QString(), QString(), "12AB00", QString(), "overlap", false});
     ASSERT_EQ(read.size(), 1u);

@@ -14,7 +14,7 @@ using namespace vex;
 
 namespace {
 
-QByteArray Read(const QString& path)
+QByteArray Read_Bytes(const QString& path)
 {
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
@@ -40,7 +40,7 @@ TEST(FuzzCorpus, EveryInputRunsCleanThroughItsTarget)
         const QStringList files = dir.entryList(QDir::Files, QDir::Name);
         EXPECT_FALSE(files.isEmpty()) << "no corpus for " << t.name;
         for (const QString& name : files) {
-            const QByteArray bytes = Read(dir.filePath(name));
+            const QByteArray bytes = Read_Bytes(dir.filePath(name));
             const bool stored = fuzz::Run_Input(t, Span(bytes));
             EXPECT_TRUE(stored || !name.contains("plain")) << t.name << "/" << name.toStdString() << " stored nothing";
             for (const QString& what : std::as_const(faults))
@@ -81,12 +81,12 @@ TEST(FuzzCorpus, SandboxPutsBackWhatAnInputReplacedAndNamesNeedARoot)
     fuzz::Sandbox box([&](const QString& what) { faults << what; });
     // An input makes a folder of a file the application started with.
     const QString ini = box.App() + "/MORIX.INI";
-    const QByteArray before = Read(ini);
+    const QByteArray before = Read_Bytes(ini);
     ASSERT_FALSE(before.isEmpty());
     ASSERT_TRUE(QFile::remove(ini));
     ASSERT_TRUE(QDir().mkpath(ini + "/inside"));
     box.Finish_Input();
-    EXPECT_EQ(Read(ini), before) << "the next input sees the file again";
+    EXPECT_EQ(Read_Bytes(ini), before) << "the next input sees the file again";
     EXPECT_TRUE(faults.isEmpty()) << faults.join('\n').toStdString();
 
     // A good log name under an empty root: the program never works so.

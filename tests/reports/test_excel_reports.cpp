@@ -20,8 +20,8 @@ using namespace vex;
 
 namespace {
 
-const QString kCar = QStringLiteral("000101");
-const QString kDriver = QStringLiteral("000201");
+const QString kSheetCar = QStringLiteral("000101");
+const QString kSheetDriver = QStringLiteral("000201");
 
 class Excel_Reports : public ::testing::Test {
 protected:
@@ -32,8 +32,8 @@ protected:
 
     void Register()
     {
-        test::Put_Row(QStringLiteral("S_D1"), kCar, {{QStringLiteral("D_F2"), QStringLiteral("서울12가3456")}});
-        test::Put_Row(QStringLiteral("S_D2"), kDriver, {{QStringLiteral("D_F2"), QStringLiteral("홍길동")}});
+        test::Put_Row(QStringLiteral("S_D1"), kSheetCar, {{QStringLiteral("D_F2"), QStringLiteral("서울12가3456")}});
+        test::Put_Row(QStringLiteral("S_D2"), kSheetDriver, {{QStringLiteral("D_F2"), QStringLiteral("홍길동")}});
     }
 
     // A trip row of D_D1 with its counts.
@@ -60,11 +60,11 @@ TEST_F(Excel_Reports, OverspeedListWalksItemsAcrossSixPairsAndStopsAtAnEmptyItem
 {
     Register();
     // Day 5: two minutes, an empty item, then a minute that must not show.
-    test::Put_Row("D_D9", kCar + kDriver + "260105", {{"D_F2", "09325A093364000000094050"}});
+    test::Put_Row("D_D9", kSheetCar + kSheetDriver + "260105", {{"D_F2", "09325A093364000000094050"}});
     // Day 6: eight minutes fill one row of six pairs and two of the next.
-    test::Put_Row("D_D9", kCar + kDriver + "260106",
+    test::Put_Row("D_D9", kSheetCar + kSheetDriver + "260106",
         {{"D_F2", "100051100152100253100354100455100556100657100758"}});
-    const Excel_Result r = CAL_RECORD_DATA(db(), app.Dir(), Sel(kCar, kDriver, "260101", "260131"));
+    const Excel_Result r = CAL_RECORD_DATA(db(), app.Dir(), Sel(kSheetCar, kSheetDriver, "260101", "260131"));
     ASSERT_EQ(r.outcome, Excel_Result::Written) << r.message.toStdString();
     EXPECT_EQ(QFileInfo(r.path).fileName(), "overspeed_260101_260131.xlsx");
     EXPECT_EQ(QFileInfo(r.path).absolutePath(), QDir(app.Path("report")).absolutePath());
@@ -156,10 +156,10 @@ TEST_F(Excel_Reports, BrakeAndIdleListsWithAnUnregisteredCar)
 TEST_F(Excel_Reports, CarDayRowsOfOneCarAndOfAllCars)
 {
     Register();
-    Trip(kCar, kDriver, "260105", "0810", "1742", 1234, 3, 1, 2, 0, 4, 97);
-    Trip(kCar, "000202", "260106", "0900", "1200", 0, 0, 0, 0, 0, 0, 100);
-    Trip("000102", kDriver, "260105", "0700", "0800", 55, 0, 0, 0, 1, 0, 90);
-    const Excel_Result r = Excel_Car_Day(db(), app.Dir(), Sel(kCar, "", "260101", "260131"));
+    Trip(kSheetCar, kSheetDriver, "260105", "0810", "1742", 1234, 3, 1, 2, 0, 4, 97);
+    Trip(kSheetCar, "000202", "260106", "0900", "1200", 0, 0, 0, 0, 0, 0, 100);
+    Trip("000102", kSheetDriver, "260105", "0700", "0800", 55, 0, 0, 0, 1, 0, 90);
+    const Excel_Result r = Excel_Car_Day(db(), app.Dir(), Sel(kSheetCar, "", "260101", "260131"));
     ASSERT_EQ(r.outcome, Excel_Result::Written) << r.message.toStdString();
     const test::Xlsx_Sheet s = test::Read_Xlsx(r.path, "list");
     ASSERT_TRUE(s.ok) << s.error.toStdString();
@@ -190,16 +190,17 @@ TEST_F(Excel_Reports, CarDayRowsOfOneCarAndOfAllCars)
 TEST_F(Excel_Reports, DriverDaysWithTheCarNumberBandsAndIdleTime)
 {
     Register();
-    Trip(kCar, kDriver, "260105", "0810", "1742", 1234, 3, 1, 2, 0, 4, 97);
-    Trip("000555", kDriver, "260106", "0900", "1200", 50, 0, 0, 0, 1, 2, 100);
-    Recordset rs = db().DB_RSet_D_D("SELECT * FROM D_D1 WHERE D_F1=?", {kCar + kDriver + "260105"});
+    Trip(kSheetCar, kSheetDriver, "260105", "0810", "1742", 1234, 3, 1, 2, 0, 4, 97);
+    Trip("000555", kSheetDriver, "260106", "0900", "1200", 50, 0, 0, 0, 1, 2, 100);
+    Recordset rs = db().DB_RSet_D_D("SELECT * FROM D_D1 WHERE D_F1=?", {kSheetCar + kSheetDriver + "260105"});
     rs.Set("D_F15", 5);
     rs.Set("D_F16", 6);
     rs.Set("D_F17", 7);
     rs.Update();
     // Two idle periods, 10 min and 1 h 2 min 3 s; the third after an empty item is not counted.
-    test::Put_Row("D_DI", kCar + kDriver + "260105", {{"D_F2", "081000082000001000090000100203010203000000000000000000101000110000010000"}});
-    const Excel_Result r = Excel_Driver_Day(db(), app.Dir(), Sel("", kDriver, "260101", "260131"));
+    test::Put_Row("D_DI", kSheetCar + kSheetDriver + "260105",
+                  {{"D_F2", "081000082000001000090000100203010203000000000000000000101000110000010000"}});
+    const Excel_Result r = Excel_Driver_Day(db(), app.Dir(), Sel("", kSheetDriver, "260101", "260131"));
     ASSERT_EQ(r.outcome, Excel_Result::Written) << r.message.toStdString();
     const test::Xlsx_Sheet s = test::Read_Xlsx(r.path, "list");
     ASSERT_TRUE(s.ok) << s.error.toStdString();
@@ -222,7 +223,7 @@ TEST_F(Excel_Reports, DriverDaysWithTheCarNumberBandsAndIdleTime)
 
     // The same heads in English.
     qputenv("VEX_LANG", "en");
-    const Excel_Result en = Excel_Driver_Day(db(), app.Dir(), Sel("", kDriver, "260101", "260131"));
+    const Excel_Result en = Excel_Driver_Day(db(), app.Dir(), Sel("", kSheetDriver, "260101", "260131"));
     qputenv("VEX_LANG", "ko");
     ASSERT_EQ(en.outcome, Excel_Result::Written) << en.message.toStdString();
     const test::Xlsx_Sheet e = test::Read_Xlsx(en.path, "list");
@@ -235,28 +236,28 @@ TEST_F(Excel_Reports, DriverDaysWithTheCarNumberBandsAndIdleTime)
 TEST_F(Excel_Reports, NoRowsMissingTemplateAndBrokenTemplates)
 {
     // No rows: message 1135 and no workbook.
-    const Excel_Result none = CAL_RECORD_DATA(db(), app.Dir(), Sel(kCar, kDriver, "260101", "260131"));
+    const Excel_Result none = CAL_RECORD_DATA(db(), app.Dir(), Sel(kSheetCar, kSheetDriver, "260101", "260131"));
     EXPECT_EQ(none.outcome, Excel_Result::No_Data);
     EXPECT_FALSE(none.message.isEmpty());
     EXPECT_TRUE(QDir(app.Path("report")).entryList(QDir::Files).isEmpty());
 
-    test::Put_Row("D_D2", kCar + kDriver + "260105", {{"D_F2", "0715304A20"}});
-    test::Put_Row("D_D6", kCar + kDriver + "260105", {{"D_F2", "081000082000001000"}});
+    test::Put_Row("D_D2", kSheetCar + kSheetDriver + "260105", {{"D_F2", "0715304A20"}});
+    test::Put_Row("D_D6", kSheetCar + kSheetDriver + "260105", {{"D_F2", "081000082000001000"}});
     // The brake report says the file is missing; the long overspeed one ends by its trap.
     QFile::remove(app.Path("Excel/brake.xltx"));
-    const Excel_Result missing = CAL_QUICK_BRAKE(db(), app.Dir(), Sel(kCar, kDriver, "260105", "260105"));
+    const Excel_Result missing = CAL_QUICK_BRAKE(db(), app.Dir(), Sel(kSheetCar, kSheetDriver, "260105", "260105"));
     EXPECT_EQ(missing.outcome, Excel_Result::No_Template);
     EXPECT_EQ(missing.message, "엑셀 파일이 존재하지 않습니다!");
 
     // A template that is no workbook, and one without the sheet "list".
     QFile::remove(app.Path("Excel/longover.XLTX"));
     app.Write_File("Excel/longover.XLTX", "not a zip at all");
-    Excel_Result broken = CAL_LONG_OVER(db(), app.Dir(), Sel(kCar, kDriver, "260105", "260105"));
+    Excel_Result broken = CAL_LONG_OVER(db(), app.Dir(), Sel(kSheetCar, kSheetDriver, "260105", "260105"));
     EXPECT_EQ(broken.outcome, Excel_Result::No_Template);
     EXPECT_TRUE(broken.message.contains("not a workbook")) << broken.message.toStdString();
     QFile::remove(app.Path("Excel/longover.XLTX"));
     QFile::copy(app.Path("Excel/daydr.xltx"), app.Path("Excel/longover.XLTX"));
-    broken = CAL_LONG_OVER(db(), app.Dir(), Sel(kCar, kDriver, "260105", "260105"));
+    broken = CAL_LONG_OVER(db(), app.Dir(), Sel(kSheetCar, kSheetDriver, "260105", "260105"));
     EXPECT_EQ(broken.outcome, Excel_Result::No_Template);
     EXPECT_TRUE(broken.message.contains("no sheet")) << broken.message.toStdString();
     EXPECT_TRUE(QDir(app.Path("report")).entryList(QDir::Files).isEmpty());
@@ -264,7 +265,7 @@ TEST_F(Excel_Reports, NoRowsMissingTemplateAndBrokenTemplates)
 
 TEST_F(Excel_Reports, AReportFolderThatCannotBeWrittenLeavesNoFileBehind)
 {
-    test::Put_Row("D_D9", kCar + kDriver + "260105", {{"D_F2", "09325A"}});
+    test::Put_Row("D_D9", kSheetCar + kSheetDriver + "260105", {{"D_F2", "09325A"}});
     const QString report = app.Path("report");
     // A read-only folder stops a user; root writes anywhere, so for root the
     // folder is a plain file in the way.
@@ -274,7 +275,7 @@ TEST_F(Excel_Reports, AReportFolderThatCannotBeWrittenLeavesNoFileBehind)
         QDir(report).removeRecursively();
         app.Write_File("report", "in the way");
     }
-    const Excel_Result r = CAL_RECORD_DATA(db(), app.Dir(), Sel(kCar, kDriver, "260105", "260105"));
+    const Excel_Result r = CAL_RECORD_DATA(db(), app.Dir(), Sel(kSheetCar, kSheetDriver, "260105", "260105"));
     EXPECT_EQ(r.outcome, Excel_Result::Failed);
     EXPECT_TRUE(r.message.contains("cannot write")) << r.message.toStdString();
     if (!asRoot) {

@@ -64,7 +64,7 @@ bool Decimal(const QString& s)
     return std::all_of(s.begin(), s.end(), [](QChar c) { return c.isDigit(); });
 }
 
-int Cell(const QString& series, int minute, int base = 16)
+int Cell_Value(const QString& series, int minute, int base = 16)
 {
     return series.mid(2 * minute, 2).toInt(nullptr, base);
 }
@@ -143,7 +143,7 @@ TEST(PackSampler, ACleanPackHoldsConsistentDays)
         const QString speed = p.field(DayPage::Sec_Data);
         int first = -1, last = -1;
         for (int m = 0; m < 1440; ++m) {
-            const int v = Cell(speed, m);
+            const int v = Cell_Value(speed, m);
             EXPECT_LT(v, 150) << "minute " << m;
             if (v > 0) {
                 last = m;
@@ -169,7 +169,7 @@ TEST(PackSampler, ACleanPackHoldsConsistentDays)
         for (int m = 0; m < 1440; ++m) {
             const int tenths = Dist_Cell(dist, m);
             ASSERT_GE(tenths, 0) << "minute " << m;
-            EXPECT_LE(tenths * 6, Cell(speed, m) + 6) << "minute " << m;
+            EXPECT_LE(tenths * 6, Cell_Value(speed, m) + 6) << "minute " << m;
             sum += tenths;
         }
         EXPECT_EQ(sum, Num(p.field(DayPage::Distance)));
@@ -306,12 +306,12 @@ TEST(PackSampler, EachDamageTouchesOnlyItsFields)
             const QString dist = PageText(Dist_Text(s.image, hit)).field(DistPage::Sec_Data);
             int speedCells = 0, distCells = 0, above150 = 0;
             for (int m = 0; m < 1440; ++m) {
-                if (Cell(speed, m) > 150)
+                if (Cell_Value(speed, m) > 150)
                     ++above150;
                 if (speed.mid(2 * m, 2) != cleanSpeed.mid(2 * m, 2)) {
                     ++speedCells;
-                    EXPECT_GE(Cell(speed, m), 150);
-                    EXPECT_GT(Cell(cleanSpeed, m), 0); // in a driving minute
+                    EXPECT_GE(Cell_Value(speed, m), 150);
+                    EXPECT_GT(Cell_Value(cleanSpeed, m), 0); // in a driving minute
                 }
                 if (dist.mid(2 * m, 2) != cleanDist.mid(2 * m, 2)) {
                     ++distCells;
@@ -327,7 +327,7 @@ TEST(PackSampler, EachDamageTouchesOnlyItsFields)
         case PackDamage::NoisySpeed: {
             int above150 = 0;
             for (int m = 0; m < 1440; ++m)
-                above150 += Cell(p.field(DayPage::Sec_Data), m) > 150;
+                above150 += Cell_Value(p.field(DayPage::Sec_Data), m) > 150;
             EXPECT_GT(above150, 40);
             break;
         }

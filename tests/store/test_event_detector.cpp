@@ -9,7 +9,7 @@ using namespace vex;
 
 namespace {
 
-struct Day {
+struct Day_Seconds {
     std::vector<uint8_t> speed = std::vector<uint8_t>(kDayArray, 0);
     std::vector<uint8_t> engine = std::vector<uint8_t>(kDayArray, 0);
     void Speed(int from, int to, int v)
@@ -29,7 +29,7 @@ struct Day {
 
 TEST(EventDetector, ChangesOfExactlyTheThresholdCountAndMinutesTakeTheirMaxima)
 {
-    Day d; // accelerate by 8, by 7, brake by 9, by 6: only the threshold steps count
+    Day_Seconds d; // accelerate by 8, by 7, brake by 9, by 6: only the threshold steps count
     d.Speed(100, 199, 8);
     d.Speed(200, 299, 15);
     d.Speed(300, 399, 6);
@@ -50,7 +50,7 @@ TEST(EventDetector, ChangesOfExactlyTheThresholdCountAndMinutesTakeTheirMaxima)
     EXPECT_TRUE(e.LkEngin_Data.isEmpty());
 
     // A drop from 255 is a quick brake like any other: the decoder cleans speeds.
-    Day f;
+    Day_Seconds f;
     f.Speed(500, 500, 255);
     const DayEvents g = f.Run();
     EXPECT_EQ(g.Brack_Data, "000821FF00");
@@ -59,7 +59,7 @@ TEST(EventDetector, ChangesOfExactlyTheThresholdCountAndMinutesTakeTheirMaxima)
 
 TEST(EventDetector, LongOverspeedIsStrictlyAboveLimitAndLengthAndClosesAt86399)
 {
-    Day d; // limit 80, 3 minutes must be exceeded
+    Day_Seconds d; // limit 80, 3 minutes must be exceeded
     d.Speed(1000, 1179, 81);   // 180 s: not long enough
     d.Speed(2000, 2180, 81);   // 181 s
     d.Speed(3000, 9000, 80);   // at the limit: not over
@@ -73,14 +73,14 @@ TEST(EventDetector, LongOverspeedIsStrictlyAboveLimitAndLengthAndClosesAt86399)
 
     EventLimits two;
     two.longOverMinutes = 0; // every second above the limit is long enough
-    Day f;
+    Day_Seconds f;
     f.Speed(10, 10, 81);
     EXPECT_EQ(f.Run(two).LkEngin_Data, "000010000011000001");
 }
 
 TEST(EventDetector, IdleCountsOncePerFullThresholdAndIsLostAtTheEndOfTheDay)
 {
-    Day d; // idle threshold 5 minutes: 300 s must be exceeded
+    Day_Seconds d; // idle threshold 5 minutes: 300 s must be exceeded
     d.Engine(1, 86400, 40);
     d.Speed(1, 999, 30);
     d.Speed(1901, 1999, 30);   // idle 1000..1900: 901 s = 3 x 300 + 1
@@ -91,7 +91,7 @@ TEST(EventDetector, IdleCountsOncePerFullThresholdAndIsLostAtTheEndOfTheDay)
     EXPECT_EQ(e.Idle, 3);
 
     // Standing without the engine is no idle.
-    Day off;
+    Day_Seconds off;
     off.Engine(100, 2000, 0);
     off.Engine(2001, 86400, 40);
     off.Speed(2001, 86400, 20);
@@ -102,7 +102,7 @@ TEST(EventDetector, BadInputIsARunTimeError)
 {
     std::vector<uint8_t> shortDay(kDayArray - 1, 0), day(kDayArray, 0);
     EXPECT_THROW(Detect_Day_Events(shortDay, day, {}), RunTimeError);
-    Day d;
+    Day_Seconds d;
     d.Engine(100, 1000, 10);
     EventLimits zero;
     zero.idleMinutes = 0; // the count rule divides by the threshold

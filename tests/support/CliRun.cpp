@@ -1,6 +1,7 @@
 #include "support/CliRun.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 
 namespace vex::test {
 
@@ -26,6 +27,11 @@ CliRun Vexcli(const QStringList& args, const QProcessEnvironment& env)
     p.waitForFinished();
     return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1,
             QString::fromUtf8(p.readAllStandardOutput()), QString::fromUtf8(p.readAllStandardError())};
+}
+
+int Lines_Starting(const QString& out, const QString& word)
+{
+    return int(out.count(QRegularExpression("^" + word + " ", QRegularExpression::MultilineOption)));
 }
 
 } // namespace vex::test

@@ -18,4 +18,7 @@ QProcessEnvironment Korean_Offscreen();
 CliRun Vexcli(const QStringList& args,
               const QProcessEnvironment& env = QProcessEnvironment::systemEnvironment());
 
+// How many lines of a vexcli report begin with the word ("stored", "read").
+int Lines_Starting(const QString& out, const QString& word);
+
 } // namespace vex::test
