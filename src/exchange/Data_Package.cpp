@@ -159,7 +159,7 @@ void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_R
                 report.files << App(target);
         } else {
             Store_Day_File_From(live, target, scratch.filePath(name));
-            report.files << Find_Day_File(live, target).Name();
+            report.files << Day_File_Place(live, target).Name();
         }
     }
     for (size_t i = 0; i < read.size(); ++i) {
@@ -439,7 +439,7 @@ Exchange_Report Rekey(Cls_DB& live, const QString& car, const QString& driver, c
     }
     if (Day_Files_In_Database(live))
         for (const auto& [oldFile, newFile] : renames)
-            r.files << Find_Day_File(live, newFile).Name();
+            r.files << Day_File_Place(live, newFile).Name();
     r.files << Finish_Pending_Renames(live);
     r.message = QStringLiteral("완료");
     return r;

@@ -253,7 +253,7 @@ Exchange_Report Move_From(Cls_DB& live, const QString& path, int option, const Q
                     r.files << App_File(target);
             } else if (!Day_File_Key(target).isEmpty()) {
                 Store_Day_File_From(live, target, file);
-                r.files << Find_Day_File(live, target).Name();
+                r.files << Day_File_Place(live, target).Name();
             }
         }
     });

@@ -71,6 +71,13 @@ QString Day_File_Path_Of_Key(const QString& key)
     return Day_File_Name(key.left(6), key.mid(6, 6), key.right(6));
 }
 
+Day_File_Ref Day_File_Place(const Cls_DB& db, const QString& systemPath)
+{
+    if (Day_Files_In_Database(db))
+        return Day_File_Ref{Day_File_Key(systemPath), {}};
+    return Day_File_Ref{{}, Local_Path(systemPath)};
+}
+
 Day_File_Ref Find_Day_File(Cls_DB& db, const QString& systemPath)
 {
     Day_File_Ref ref;
@@ -199,21 +206,6 @@ void Lock_Day_File(Cls_DB& db, const QString& systemPath)
     if (!Day_Files_In_Database(db) || db.Dialect() != Engine::Postgres || !db.In_Transaction())
         return;
     db.Run_Prepared(QStringLiteral("SELECT pg_advisory_xact_lock(hashtext(?))"), {Checked_Key(systemPath)}).finish();
-}
-
-QStringList Day_File_Keys(Cls_DB& db, const QString& fromDay, const QString& toDay)
-{
-    QStringList keys;
-    if (!Day_Files_In_Database(db))
-        return keys;
-    QSqlQuery& q = db.Run_Prepared(
-                       QStringLiteral("SELECT D_F1 FROM X_DAYFILE WHERE right(D_F1,6) >= ? AND right(D_F1,6) <= ? "
-                                      "ORDER BY D_F1"),
-                       {fromDay, toDay});
-    while (q.next())
-        keys << q.value(0).toString();
-    q.finish();
-    return keys;
 }
 
 void Ensure_Day_File_Table(Cls_DB& db)

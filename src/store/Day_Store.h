@@ -38,6 +38,10 @@ struct Day_File_Ref {
     QString Name() const { return path.isEmpty() ? QStringLiteral("X_DAYFILE ") + key : path; }
 };
 
+// Where the day file of a system path is kept, found or not: what a report
+// names for a day file just stored. No I/O.
+Day_File_Ref Day_File_Place(const Cls_DB& db, const QString& systemPath);
+
 // The day file of a system path when there is one.
 Day_File_Ref Find_Day_File(Cls_DB& db, const QString& systemPath);
 // The day file of car, driver and day as the views look for it: the older
@@ -68,10 +72,6 @@ bool Rename_Day_File(Cls_DB& db, const QString& fromSystemPath, const QString& t
 // the second writing over the first. Nothing on the embedded database,
 // whose writer holds the whole file.
 void Lock_Day_File(Cls_DB& db, const QString& systemPath);
-
-// The keys of the day files whose day lies in from..to (yyMMdd, text
-// order), in key order; a server's rows only.
-QStringList Day_File_Keys(Cls_DB& db, const QString& fromDay, const QString& toDay);
 
 // Creates X_DAYFILE on a server when it is missing.
 void Ensure_Day_File_Table(Cls_DB& db);

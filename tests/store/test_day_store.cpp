@@ -68,10 +68,6 @@ TEST_P(DayStore, StoredReadSizedRenamedAndRemovedOnEveryEngine)
     EXPECT_EQ(Read_Day_Bytes(*db, Find_Day_File(*db, "000100", "000200", "240131")), bytes);
     Remove_Day_File(*db, older);
 
-    if (Server()) {
-        Store_Day_Bytes(*db, "\\pack\\000100\\240202\\240202000200.vex", bytes);
-        EXPECT_EQ(Day_File_Keys(*db, "240101", "240131"), QStringList{"000100000200240131"});
-    }
     EXPECT_TRUE(Rename_Day_File(*db, path, "\\pack\\000100\\240131\\240131000300.vex"));
     EXPECT_FALSE(Find_Day_File(*db, path).Found());
     EXPECT_EQ(Stored("\\pack\\000100\\240131\\240131000300.vex"), full);
