@@ -14,6 +14,8 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
+#include <QSqlQuery>
 #include <algorithm>
 #include <thread>
 
@@ -64,11 +66,44 @@ bool Same(const Trip_Recount& a, const Trip_Recount& b)
            a.band2 == b.band2 && a.band3 == b.band3;
 }
 
-QString First_Series(Cls_DB& db, const QString& sql, const QString& key, bool& found)
+// The minute series of a batch of trips from one table, first row a key.
+QHash<QString, QString> Series_Of(Cls_DB& db, const QString& table, const QStringList& keys)
 {
-    Recordset rs = db.DB_RSet_D_D(sql, {key});
-    found = rs.RecordCount() > 0;
-    return found ? rs.Text(QStringLiteral("D_F2")) : QString();
+    QHash<QString, QString> series;
+    if (keys.isEmpty())
+        return series;
+    QStringList marks;
+    QVariantList values;
+    for (const QString& key : keys) {
+        marks << QStringLiteral("?");
+        values << key;
+    }
+    const QString sql = QStringLiteral("SELECT D_F1, D_F2 FROM %1 WHERE D_F1 IN (%2)").arg(table, marks.join(','));
+    QSqlQuery& q = db.Run_Prepared(db.Translated(sql), values);
+    while (q.next()) {
+        const QString key = q.value(0).toString();
+        if (!series.contains(key))
+            series.insert(key, q.value(1).toString());
+    }
+    q.finish();
+    return series;
+}
+
+// The speed and engine arrays of the trip's day file and its size: a
+// server's row on the connection (db), a file of this machine on any thread
+// (no db). What can't be read leaves the note that the old counts stay.
+void Read_Day_Arrays(Cls_DB* db, Trip_Reading& r)
+{
+    try {
+        Day_Head head = db ? Read_Day_Head(*db, r.dayFile, kDayFileTwo)
+                           : Read_Day_File_Head(r.dayFile.path, kDayFileTwo);
+        r.dayBytes = std::move(head.bytes);
+        r.daySize = head.size;
+        r.hasDayFile = true;
+    } catch (const RunTimeError& e) {
+        r.note = QStringLiteral("%1: day file not used, the old event counts stay: %2")
+                     .arg(r.key, QString::fromUtf8(e.what()));
+    }
 }
 
 } // namespace
@@ -90,59 +125,89 @@ Day_File_Ref Trip_Day_File(Cls_DB& db, const QString& packDir, const QString& ca
     return {};
 }
 
-Trip_Reading Read_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip)
+Car_Limits Read_Car_Limits(Cls_DB& db, const Cls_Config& standards)
 {
-    Trip_Reading r;
-    r.stored = Stored(trip);
-    r.key = trip.Text(QStringLiteral("D_F1"));
-    const QString car = trip.Text(QStringLiteral("D_F2"));
-    const QString driver = trip.Text(QStringLiteral("D_F3"));
-    const QString day = r.key.right(6);
-
-    // 1. The distance: the stored minute cells, flags of the pack cleared,
-    // else the row's own figure. A row without a number there counts none.
-    const QVariant stored = trip.Field(QStringLiteral("D_F8"));
-    if (!stored.isNull() && Is_Numeric(stored.toString())) {
-        r.tenths = float(Val(stored.toString()));
-        bool found = false;
-        QString cells = First_Series(db, QStringLiteral("SELECT * FROM D_D7 WHERE D_F1=?"), r.key, found);
-        if (found) {
-            Clear_Pack_Distance_Flags(cells);
-            r.tenths = float(Sum_Distance_Cells(cells));
-        }
+    Car_Limits limits;
+    limits.standard = standards.B_Val3;
+    Recordset cars = db.DB_RSet_D_D(QStringLiteral("SELECT D_F1, D_F10 FROM S_D1"));
+    for (cars.MoveFirst(); !cars.EOF_(); cars.MoveNext()) {
+        const QString car = cars.Text(QStringLiteral("D_F1"));
+        const QVariant own = cars.Field(QStringLiteral("D_F10"));
+        if (!limits.own.contains(car) && !own.isNull() && !own.toString().isEmpty())
+            limits.own.insert(car, Val(own.toString()));
     }
+    return limits;
+}
 
-    // 4. The limit: the car's own when it has one, even "0"; else the
-    // standard speed.
-    r.limit = standards.B_Val3;
-    {
-        Recordset s1 = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM S_D1 WHERE D_F1=?"), {car});
-        if (s1.RecordCount() > 0) {
-            const QVariant own = s1.Field(QStringLiteral("D_F10"));
-            if (!own.isNull() && !own.toString().isEmpty())
-                r.limit = Val(own.toString());
-        }
-    }
+double Car_Limits::Of(const QString& car) const
+{
+    return own.value(car, standard);
+}
 
-    r.secData = First_Series(db, QStringLiteral("SELECT * FROM D_D3 WHERE D_F1=?"), r.key, r.hasSpeed);
-
-    const Day_File_Ref dayFile = Trip_Day_File(db, standards.U_PackDir, car, driver, day);
-    if (dayFile.Found()) {
+std::vector<Trip_Reading> Read_Trips(Cls_DB& db, const Cls_Config& standards, const Car_Limits& limits,
+                                     Recordset& trips, int first, int count)
+{
+    std::vector<Trip_Reading> batch;
+    QStringList keys;
+    for (int row = first; row < first + count && row < trips.RecordCount(); ++row) {
+        trips.Set_Position(row);
+        Trip_Reading& r = batch.emplace_back();
         try {
-            r.dayBytes = Read_Day_Bytes(db, dayFile);
-            r.dayName = dayFile.Name();
-            r.hasDayFile = true;
+            r.stored = Stored(trips);
+            r.key = trips.Text(QStringLiteral("D_F1"));
+            r.car = trips.Text(QStringLiteral("D_F2"));
+            r.driver = trips.Text(QStringLiteral("D_F3"));
+            // 1. The distance: the stored minute cells, else the row's own
+            // figure. A row without a number there counts none.
+            const QVariant stored = trips.Field(QStringLiteral("D_F8"));
+            if (!stored.isNull() && Is_Numeric(stored.toString())) {
+                r.tenths = float(Val(stored.toString()));
+                r.distanceWanted = true;
+            }
+            // 4. The limit: the car's own when it has one, even "0"; else the
+            // standard speed.
+            r.limit = limits.Of(r.car);
+            keys << r.key;
         } catch (const RunTimeError& e) {
-            r.note = QStringLiteral("%1: day file not used, the old event counts stay: %2")
-                         .arg(r.key, QString::fromUtf8(e.what()));
+            r.failure = QString::fromUtf8(e.what());
         }
     }
-    return r;
+
+    // The minute distance and speed of the whole batch, a statement each.
+    const QHash<QString, QString> distance = Series_Of(db, QStringLiteral("D_D7"), keys);
+    const QHash<QString, QString> speed = Series_Of(db, QStringLiteral("D_D3"), keys);
+    for (Trip_Reading& r : batch) {
+        if (!r.failure.isEmpty())
+            continue;
+        if (r.distanceWanted) {
+            const auto cells = distance.constFind(r.key);
+            r.hasDistanceCells = cells != distance.constEnd();
+            if (r.hasDistanceCells)
+                r.distanceCells = *cells;
+        }
+        const auto series = speed.constFind(r.key);
+        r.hasSpeed = series != speed.constEnd();
+        if (r.hasSpeed)
+            r.secData = *series;
+        // A day file of this machine is read where the trip is counted.
+        r.dayFile = Trip_Day_File(db, standards.U_PackDir, r.car, r.driver, r.key.right(6));
+        if (!r.dayFile.key.isEmpty())
+            Read_Day_Arrays(&db, r);
+    }
+    return batch;
 }
 
 Trip_Recount Count_Trip(const Cls_Config& standards, Trip_Reading& r)
 {
     Trip_Recount t = r.stored;
+
+    // 1. The distance: the stored minute cells with the flags of the pack
+    // cleared.
+    if (r.hasDistanceCells) {
+        Clear_Pack_Distance_Flags(r.distanceCells);
+        r.tenths = float(Sum_Distance_Cells(r.distanceCells));
+        r.hasDistanceCells = false; // counted once
+    }
 
     // 3, 5. Overspeed minutes and bands from the minute speed; a trip
     // without one keeps them.
@@ -156,11 +221,15 @@ Trip_Recount Count_Trip(const Cls_Config& standards, Trip_Reading& r)
 
     // 6, 7. The events of the seconds; without a readable day file the old
     // counts stay.
+    if (!r.dayFile.path.isEmpty() && !r.hasDayFile && r.note.isEmpty())
+        Read_Day_Arrays(nullptr, r);
     if (r.hasDayFile) {
         try {
             // The two arrays where they lie in the bytes, checked as a read
             // checks them; the half seconds are no concern of the recount.
-            Check_Day_File_Size(r.dayBytes.size(), r.dayName);
+            Check_Day_File_Size(r.daySize, r.dayFile.Name());
+            if (r.dayBytes.size() < kDayFileTwo)
+                throw RunTimeError(QStringLiteral("Input past end of file: ") + r.dayFile.Name());
             const auto* bytes = reinterpret_cast<const uint8_t*>(r.dayBytes.constData());
             const std::span<const uint8_t> speed(bytes, kDayArray), engine(bytes + kDayArray, kDayArray);
             EventLimits limits;
@@ -170,6 +239,7 @@ Trip_Recount Count_Trip(const Cls_Config& standards, Trip_Reading& r)
             limits.longOverMinutes = standards.B_Val11;
             limits.idleMinutes = standards.B_Val12;
             limits.firstSecond = 0; // the seconds of the day, 00:00:00 to 23:59:59
+            limits.lists = false;   // the event lists of old trips stay as they were
             const DayEvents ev = Detect_Day_Events(speed, engine, limits);
             t.acceleration = To16(ev.Acceleration);
             t.brake = To16(ev.Brack);
@@ -182,19 +252,11 @@ Trip_Recount Count_Trip(const Cls_Config& standards, Trip_Reading& r)
             r.note = QStringLiteral("%1: day file not used, the old event counts stay: %2")
                          .arg(r.key, QString::fromUtf8(e.what()));
         }
+        r.dayBytes = QByteArray(); // counted: the memory goes back at once
     }
 
     // 8. The mark.
     t.mark = Mark_Of(standards, t.overspeed, float(t.acceleration), float(t.brake), t.idle, t.longOver, r.tenths);
-    return t;
-}
-
-Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip)
-{
-    Trip_Reading r = Read_Trip(db, standards, trip);
-    const Trip_Recount t = Count_Trip(standards, r);
-    if (!r.note.isEmpty())
-        Err_Proc(kErrCommand3, r.note);
     return t;
 }
 
@@ -225,7 +287,6 @@ std::vector<std::thread> Count_Batch(const Cls_Config& standards, std::vector<Tr
                 } catch (const RunTimeError& e) {
                     w.failure = QString::fromUtf8(e.what());
                 }
-                w.reading.dayBytes.clear(); // the batch's memory stays small
             }
         });
     return running;
@@ -238,7 +299,11 @@ Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
 {
     Recount_Summary summary;
     Recordset trips;
-    if (!Guarded(kErrCommand3, [&] { trips = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1")); })) {
+    Car_Limits limits;
+    if (!Guarded(kErrCommand3, [&] {
+            trips = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1"));
+            limits = Read_Car_Limits(db, standards);
+        })) {
         summary.error = Err_Last();
         return summary;
     }
@@ -256,17 +321,26 @@ Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
 
     auto Read_Batch = [&] {
         std::vector<Trip_Work> batch;
-        for (; next < summary.total && int(batch.size()) < kBatch; ++next) {
-            if (cancelled && cancelled()) {
-                summary.cancelled = true;
-                break;
-            }
-            Trip_Work w;
-            w.row = next;
-            trips.Set_Position(next);
-            if (!Guarded(kErrCommand3, [&] { w.reading = Read_Trip(db, standards, trips); }))
+        if (next >= summary.total)
+            return batch;
+        if (cancelled && cancelled()) {
+            summary.cancelled = true;
+            return batch;
+        }
+        const int first = next;
+        const int count = std::min(kBatch, summary.total - first);
+        next += count;
+        std::vector<Trip_Reading> readings;
+        const bool read = Guarded(kErrCommand3, [&] { readings = Read_Trips(db, standards, limits, trips, first, count); });
+        for (int k = 0; k < count; ++k) {
+            Trip_Work& w = batch.emplace_back();
+            w.row = first + k;
+            if (!read) {
                 w.failure = Err_Last();
-            batch.push_back(std::move(w));
+                continue;
+            }
+            w.reading = std::move(readings[size_t(k)]);
+            w.failure = w.reading.failure;
         }
         return batch;
     };

@@ -12,9 +12,11 @@
 #include "core/Cls_Config.h"
 #include "store/Day_Store.h"
 
+#include <QHash>
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <vector>
 
 namespace vex {
 
@@ -50,35 +52,52 @@ struct Recount_Summary {
 Day_File_Ref Trip_Day_File(Cls_DB& db, const QString& packDir, const QString& car, const QString& driver,
                            const QString& day);
 
+// The limit of each car in force for a recount: the car's own when S_D1
+// has one, even "0"; else the standard speed. Read once for all trips.
+struct Car_Limits {
+    double standard = 0;         // B_Val3
+    QHash<QString, double> own;  // cars with a limit of their own
+    double Of(const QString& car) const;
+};
+Car_Limits Read_Car_Limits(Cls_DB& db, const Cls_Config& standards);
+
 // What the recount of a trip reads: the trip's row, its minute distance and
-// speed, the car's limit and the bytes of its day file.
+// speed, the car's limit and the speed and engine arrays of its day file.
 struct Trip_Reading {
     Trip_Recount stored; // the row's figures as they are
-    QString key;
-    float tenths = 0;    // distance, tenths of a km
-    double limit = 0;    // km/h
+    QString key, car, driver;
+    float tenths = 0;             // distance, tenths of a km: the row's own until the cells are counted
+    bool distanceWanted = false;  // the row has a number for its distance
+    bool hasDistanceCells = false;
+    QString distanceCells;        // D_D7's minute distance, flags of the pack still set
+    double limit = 0;             // km/h
     bool hasSpeed = false;
-    QString secData;     // D_D3's minute speed
-    bool hasDayFile = false;
-    QByteArray dayBytes;
-    QString dayName;
-    QString note;        // why the day file was not used, for the log
+    QString secData;              // D_D3's minute speed
+    Day_File_Ref dayFile;         // found, or none
+    bool hasDayFile = false;      // its arrays read
+    QByteArray dayBytes;          // the first two arrays of the day file
+    qint64 daySize = 0;           // of the whole day file
+    QString note;                 // why the day file was not used, for the log
+    QString failure;              // why the trip can't be read: it stays as it was
 };
 
-// The reading of the trip at the current row of a "SELECT * FROM D_D1".
-// Throws RunTimeError on what it can't read.
-Trip_Reading Read_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip);
-// The figures of a reading under the standards: no database, no shared
-// state, so trips are counted side by side on every processor. A day file
-// that can't be used leaves its note. Throws RunTimeError on a minute series
+// The readings of the rows first to first + count - 1 of a
+// "SELECT * FROM D_D1": the rows themselves, the minute series of all of
+// them in a statement a table, then where their day files are (a server's
+// rows read at once). A row that can't be
+// read has its failure; throws RunTimeError when the series can't be read.
+std::vector<Trip_Reading> Read_Trips(Cls_DB& db, const Cls_Config& standards, const Car_Limits& limits,
+                                     Recordset& trips, int first, int count);
+// The figures of a reading under the standards: no database and no shared
+// state (a day file of this machine is read here), so trips are counted side
+// by side on every processor. A day file that can't be used leaves its note;
+// the day file's bytes are let go once counted. Throws RunTimeError on a minute series
 // it can't read.
 Trip_Recount Count_Trip(const Cls_Config& standards, Trip_Reading& reading);
-// Both, on the calling thread (no write).
-Trip_Recount Recount_Trip(Cls_DB& db, const Cls_Config& standards, const Recordset& trip);
 
 // Every trip: read and written on db's thread, counted on every processor,
 // each row committed as soon as it is counted; progress(done, total) after
-// each written trip, cancel read between trips read. A trip that fails is
+// each written trip, cancel read between batches read. A trip that fails is
 // logged and left as it was. The windows
 // and vexcli run it through a Job_Runner, on the worker's own connection.
 Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSqlQuery>
+#include <algorithm>
 
 namespace vex {
 
@@ -119,6 +120,38 @@ QByteArray Read_Day_Bytes(Cls_DB& db, const Day_File_Ref& ref)
     if (f.error() != QFileDevice::NoError)
         throw RunTimeError(QStringLiteral("Input past end of file: ") + ref.path);
     return bytes;
+}
+
+Day_Head Read_Day_Head(Cls_DB& db, const Day_File_Ref& ref, qint64 length)
+{
+    if (!ref.key.isEmpty()) {
+        Day_Head head;
+        QSqlQuery& q = db.Run_Prepared(
+            QStringLiteral("SELECT substr(D_F2, 1, %1), octet_length(D_F2) FROM X_DAYFILE WHERE D_F1=?").arg(length),
+            {ref.key});
+        if (!q.next()) {
+            q.finish();
+            throw RunTimeError(QStringLiteral("File not found: ") + ref.Name());
+        }
+        head.bytes = q.value(0).toByteArray();
+        head.size = q.value(1).toLongLong();
+        q.finish();
+        return head;
+    }
+    return Read_Day_File_Head(ref.path, length);
+}
+
+Day_Head Read_Day_File_Head(const QString& path, qint64 length)
+{
+    QFile f(path);
+    if (path.isEmpty() || !f.open(QIODevice::ReadOnly))
+        throw RunTimeError(QStringLiteral("File not found: ") + path);
+    Day_Head head;
+    head.size = f.size();
+    head.bytes = f.read(std::min(length, head.size));
+    if (f.error() != QFileDevice::NoError)
+        throw RunTimeError(QStringLiteral("Input past end of file: ") + path);
+    return head;
 }
 
 DayFile Read_Day_File(Cls_DB& db, const Day_File_Ref& ref)

@@ -50,6 +50,17 @@ Day_File_Ref Find_Day_File(Cls_DB& db, const QString& car, const QString& driver
 
 // The whole bytes; throws RunTimeError when they can't be read.
 QByteArray Read_Day_Bytes(Cls_DB& db, const Day_File_Ref& ref);
+// The first bytes of a day file and its whole size: what a reader of the
+// speed and engine arrays needs, without the half seconds behind them.
+// Throws RunTimeError when it can't be read.
+struct Day_Head {
+    QByteArray bytes; // up to the length asked for
+    qint64 size = 0;  // of the whole file
+};
+Day_Head Read_Day_Head(Cls_DB& db, const Day_File_Ref& ref, qint64 length);
+// The same of a file of this machine, without a connection: safe on any
+// thread.
+Day_Head Read_Day_File_Head(const QString& path, qint64 length);
 // The arrays; throws RunTimeError when missing, unreadable or short.
 DayFile Read_Day_File(Cls_DB& db, const Day_File_Ref& ref);
 // Size in bytes, -1 when there is none.

@@ -106,18 +106,20 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
     // Minute series: the largest speed and engine byte of each clock minute,
     // minute M over the elements 60M to 60M + 59 (element i is second i of
     // the day).
-    out.Sec_Data.resize(kSeriesChars);
-    out.Sec_RPM_Data.resize(kSeriesChars);
-    QChar* sp = out.Sec_Data.data();
-    QChar* rp = out.Sec_RPM_Data.data();
-    for (int m = 0; m < kDayMinutes; ++m) {
-        uint8_t vs = 0, ve = 0;
-        for (int s = m * 60; s < m * 60 + 60; ++s) {
-            vs = std::max(vs, speed[s]);
-            ve = std::max(ve, engine[s]);
+    if (limits.lists) {
+        out.Sec_Data.resize(kSeriesChars);
+        out.Sec_RPM_Data.resize(kSeriesChars);
+        QChar* sp = out.Sec_Data.data();
+        QChar* rp = out.Sec_RPM_Data.data();
+        for (int m = 0; m < kDayMinutes; ++m) {
+            uint8_t vs = 0, ve = 0;
+            for (int s = m * 60; s < m * 60 + 60; ++s) {
+                vs = std::max(vs, speed[s]);
+                ve = std::max(ve, engine[s]);
+            }
+            Put_Hex2(sp + 2 * m, vs);
+            Put_Hex2(rp + 2 * m, ve);
         }
-        Put_Hex2(sp + 2 * m, vs);
-        Put_Hex2(rp + 2 * m, ve);
     }
 
     // Two machines with a counter each; periods kept until the lists are
@@ -125,22 +127,38 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
     std::vector<Period> overs, idles;
     overs.reserve(16);
     idles.reserve(16);
-    out.Acceleration_Data.reserve(200);
-    out.Brack_Data.reserve(200);
+    if (limits.lists) {
+        out.Acceleration_Data.reserve(200);
+        out.Brack_Data.reserve(200);
+    }
 
+    // The limits in registers: the lists appended to could alias them.
     const float limit = limits.limit;
+    const int quickAccel = limits.quickAccel, quickBrake = limits.quickBrake;
+    const bool lists = limits.lists;
     const long longSeconds = long(limits.longOverMinutes) * 60;
     const long idleSeconds = long(limits.idleMinutes) * 60;
+    // The state of the walk in plain locals, so that it stays in registers:
+    // whether a period is open, the second it began and its length so far.
     bool over = false, idle = false;
-    Period overNow{}, idleNow{};
+    int overStart = 0, idleStart = 0;
+    long overSeconds = 0, idleRun = 0;
+    int32_t accelerations = 0, brakes = 0;
     int p = 0; // speed of the second before
+    auto Period_Of = [](int start, int end, long seconds) {
+        Period e;
+        Put_Time(e.start, start);
+        Put_Time(e.end, end);
+        e.seconds = int(seconds);
+        return e;
+    };
 
     // Seconds of neither speed nor engine, after a second without speed and
     // outside any period, change nothing: such runs (the night, the stops
     // with the engine off) are passed over eight at a time. Thresholds that
     // would count a standing second (no rise needed, a limit below 0) take
     // every second.
-    const bool quietIsNothing = limits.quickAccel > 0 && limit >= 0.0f;
+    const bool quietIsNothing = quickAccel > 0 && limit >= 0.0f;
     const int lastSecond = limits.firstSecond + kDaySeconds - 1;
     for (int i = limits.firstSecond; i <= lastSecond; ++i) {
         if (quietIsNothing && p == 0 && !over && !idle) {
@@ -160,13 +178,15 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
         const int v = speed[i];
         const int change = v - p;
 
-        if (change >= limits.quickAccel) {
-            ++out.Acceleration;
-            Append_Change(out.Acceleration_Data, i, p, v);
+        if (change >= quickAccel) {
+            ++accelerations;
+            if (lists)
+                Append_Change(out.Acceleration_Data, i, p, v);
         }
-        if (std::abs(change) >= limits.quickBrake && change < 0) {
-            ++out.Brack;
-            Append_Change(out.Brack_Data, i, p, v);
+        if (std::abs(change) >= quickBrake && change < 0) {
+            ++brakes;
+            if (lists)
+                Append_Change(out.Brack_Data, i, p, v);
         }
 
         // Long overspeed. A period still open at second 86,399 is closed
@@ -174,23 +194,21 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
         const bool above = float(v) > limit;
         if (!over) {
             if (above) {
-                Put_Time(overNow.start, i);
-                overNow.seconds = 1;
+                overStart = i;
+                overSeconds = 1;
                 over = true;
             }
         } else {
             bool closing = !above;
             if (above) {
-                ++overNow.seconds;
+                ++overSeconds;
                 closing = (i == kDaySeconds - 1);
             }
             if (closing) {
-                if (overNow.seconds > longSeconds) {
-                    Put_Time(overNow.end, i);
-                    overs.push_back(overNow);
-                }
+                if (overSeconds > longSeconds)
+                    overs.push_back(Period_Of(overStart, i, overSeconds));
                 over = false;
-                overNow.seconds = 0;
+                overSeconds = 0;
             }
         }
 
@@ -199,30 +217,31 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
         const bool idling = v == 0 && engine[i] > 0;
         if (!idle) {
             if (idling) {
-                Put_Time(idleNow.start, i);
-                idleNow.seconds = 1;
+                idleStart = i;
+                idleRun = 1;
                 idle = true;
             }
         } else if (idling) {
-            ++idleNow.seconds;
+            ++idleRun;
         } else {
-            if (idleNow.seconds > idleSeconds) {
-                Put_Time(idleNow.end, i);
-                idles.push_back(idleNow);
-            }
+            if (idleRun > idleSeconds)
+                idles.push_back(Period_Of(idleStart, i, idleRun));
             idle = false;
-            idleNow.seconds = 0;
+            idleRun = 0;
         }
 
         p = v;
     }
+    out.Acceleration = accelerations;
+    out.Brack = brakes;
 
     // Idle: one record a period, but a long idling counts once for each full
     // threshold period it lasted.
     out.Idle_Data.reserve(int(idles.size()) * 18);
     long idleCount = long(idles.size());
     for (const Period& e : idles) {
-        Append_Period(out.Idle_Data, e);
+        if (limits.lists)
+            Append_Period(out.Idle_Data, e);
         if (idleSeconds == 0)
             throw RunTimeError(QStringLiteral("Division by zero"));
         const long q = e.seconds / idleSeconds;
@@ -235,8 +254,9 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
     out.Idle_Runs = int16_t(idles.size());
 
     out.LkEngin_Data.reserve(int(overs.size()) * 18);
-    for (const Period& e : overs)
-        Append_Period(out.LkEngin_Data, e);
+    if (limits.lists)
+        for (const Period& e : overs)
+            Append_Period(out.LkEngin_Data, e);
     if (overs.size() > 32767)
         throw RunTimeError(QStringLiteral("Overflow"));
     out.LKEngin = int16_t(overs.size());

@@ -28,6 +28,7 @@ struct EventLimits {
     int16_t longOverMinutes = 3;  // B_Val11: unbroken overspeed that must be exceeded
     int16_t idleMinutes = 5;      // B_Val12: unbroken idling that must be exceeded
     int firstSecond = 1;          // the walk covers 86,400 elements from here: 1 at reception, 0 in the recount
+    bool lists = true;            // false: the counts alone, without minute series and records (the recount)
 };
 
 struct DayEvents {

@@ -7,6 +7,12 @@ namespace vex {
 
 QString Minute_Time(int minute)
 {
+    if (minute >= 0) { // HHMM, the hour of the clock
+        const int h = minute / 60 % 24, m = minute % 60;
+        const QChar hhmm[4] = {QLatin1Char(char('0' + h / 10)), QLatin1Char(char('0' + h % 10)),
+                               QLatin1Char(char('0' + m / 10)), QLatin1Char(char('0' + m % 10))};
+        return QString(hhmm, 4);
+    }
     return QStringLiteral("%1%2")
         .arg(minute / 60 % 24, 2, 10, QLatin1Char('0'))
         .arg(minute % 60, 2, 10, QLatin1Char('0'));
@@ -41,9 +47,18 @@ void Clear_Pack_Distance_Flags(QString& distanceCells)
 
 double Sum_Distance_Cells(const QString& distanceCells)
 {
+    // Cells are two decimal digits; anything else goes through Val as the
+    // cell always did (a lone digit, a sign, a space, a flag left set).
     double tenths = 0;
-    for (int i = 0; i < kSeriesChars && i < distanceCells.size(); i += 2)
-        tenths += Val(distanceCells.mid(i, 2));
+    const QChar* c = distanceCells.constData();
+    for (int i = 0; i < kSeriesChars && i < distanceCells.size(); i += 2) {
+        const char16_t a = c[i].unicode();
+        const char16_t b = i + 1 < distanceCells.size() ? c[i + 1].unicode() : u'x';
+        if (a >= u'0' && a <= u'9' && b >= u'0' && b <= u'9')
+            tenths += (a - u'0') * 10 + (b - u'0');
+        else
+            tenths += Val(distanceCells.mid(i, 2));
+    }
     return tenths;
 }
 

@@ -108,3 +108,27 @@ TEST(EventDetector, BadInputIsARunTimeError)
     zero.idleMinutes = 0; // the count rule divides by the threshold
     EXPECT_THROW(d.Run(zero), RunTimeError);
 }
+
+TEST(EventDetector, TheCountsAloneAreTheCountsOfTheLists)
+{
+    // The recount asks for the counts without the lists: the same walk.
+    Day_Seconds d;
+    d.Engine(1, 86400, 40);
+    for (int s = 1; s <= 86400; ++s)
+        d.speed[size_t(s)] = uint8_t((s / 7) % 3 == 0 ? 0 : (s * 37) % 97); // brakes, rises, stops, overspeed
+    for (const int first : {0, 1}) {
+        EventLimits full, counts;
+        full.firstSecond = counts.firstSecond = first;
+        full.limit = counts.limit = 60;
+        counts.lists = false;
+        const DayEvents a = d.Run(full), b = d.Run(counts);
+        EXPECT_GT(a.Acceleration, 0);
+        EXPECT_GT(a.Brack, 0);
+        EXPECT_EQ(b.Acceleration, a.Acceleration);
+        EXPECT_EQ(b.Brack, a.Brack);
+        EXPECT_EQ(b.Idle, a.Idle);
+        EXPECT_EQ(b.Idle_Runs, a.Idle_Runs);
+        EXPECT_EQ(b.LKEngin, a.LKEngin);
+        EXPECT_TRUE(b.Sec_Data.isEmpty() && b.Brack_Data.isEmpty() && b.Idle_Data.isEmpty());
+    }
+}
