@@ -99,8 +99,26 @@ int Copy_Rows(Cls_DB& target, const QString& table, const Source_Table& rows, co
     if (keyAt < 0)
         throw RunTimeError(QStringLiteral("Item cannot be found in the collection: D_F1 of ") + table);
     const QString select = QStringLiteral("SELECT * FROM ") + table + QStringLiteral(" WHERE D_F1=?");
+    // The row of the key is overwritten in the columns the source has, or
+    // added with those alone. Engines that know an upsert do both in one
+    // statement; any other finds the row first.
+    const bool upsert = def->primaryKey && (target.Dialect() == Engine::Sqlite || target.Dialect() == Engine::Postgres);
+    QString upsertSql;
+    if (upsert) {
+        QStringList cols, marks, sets;
+        for (const auto& [i, column] : map) {
+            cols << column->name;
+            marks << QStringLiteral("?");
+            if (!def->key.contains(column->name, Qt::CaseInsensitive))
+                sets << column->name + QStringLiteral("=excluded.") + column->name;
+        }
+        upsertSql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3) ON CONFLICT (%4) DO ")
+                        .arg(table, cols.join(','), marks.join(','), def->key.join(','))
+                    + (sets.isEmpty() ? QStringLiteral("NOTHING") : QStringLiteral("UPDATE SET ") + sets.join(','));
+    }
     int written = 0;
     Cls_DB::Batch batch(target);
+    QVariantList values;
     for (const QVariantList& row : rows.rows) {
         const QVariant key = row.value(keyAt);
         if (const QString why = Row_Refusal(*def, rows, row); !why.isEmpty()) {
@@ -110,12 +128,19 @@ int Copy_Rows(Cls_DB& target, const QString& table, const Source_Table& rows, co
         }
         if (key.isNull() || key.toString().isEmpty())
             continue; // a row without a key can't be found again
-        Recordset rs = target.DB_RSet_D_D(select, {key.toString()});
-        if (rs.RecordCount() < 1)
-            rs.AddNew();
-        for (const auto& [i, column] : map)
-            rs.Set(column->name, As_Column(row.value(i), column->type));
-        rs.Update();
+        if (upsert) {
+            values.clear();
+            for (const auto& [i, column] : map)
+                values << As_Column(row.value(i), column->type);
+            target.Run_Prepared(upsertSql, values).finish();
+        } else {
+            Recordset rs = target.DB_RSet_D_D(select, {key.toString()});
+            if (rs.RecordCount() < 1)
+                rs.AddNew();
+            for (const auto& [i, column] : map)
+                rs.Set(column->name, As_Column(row.value(i), column->type));
+            rs.Update();
+        }
         ++written;
         if (progress && written % 200 == 0)
             progress(table, written, int(rows.rows.size()));

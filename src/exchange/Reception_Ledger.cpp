@@ -9,6 +9,7 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QHash>
 #include <QSysInfo>
 #include <QUuid>
 #include <algorithm>
@@ -31,8 +32,21 @@ std::vector<int> Cells(const QString& series, int base)
 {
     if (series.size() < 2 * 1440)
         return {};
+    auto Digit = [base](QChar c) {
+        const int d = c.isDigit() && c.unicode() < 128 ? c.unicode() - '0'
+                      : base == 16 && c >= QLatin1Char('A') && c <= QLatin1Char('F') ? c.unicode() - 'A' + 10
+                      : base == 16 && c >= QLatin1Char('a') && c <= QLatin1Char('f') ? c.unicode() - 'a' + 10
+                                                                                   : -1;
+        return d;
+    };
     std::vector<int> out(1440);
     for (int m = 0; m < 1440; ++m) {
+        // Two digits, as nearly every cell is; anything else as toInt reads it.
+        const int hi = Digit(series[2 * m]), lo = Digit(series[2 * m + 1]);
+        if (hi >= 0 && lo >= 0) {
+            out[size_t(m)] = hi * base + lo;
+            continue;
+        }
         bool ok = false;
         const int v = series.mid(2 * m, 2).toInt(&ok, base);
         out[size_t(m)] = ok ? v : 0;
@@ -46,14 +60,145 @@ QString First_Text(Cls_DB& db, const QString& sql, const QVariantList& values, c
     return rs.RecordCount() > 0 ? rs.Text(column) : QString();
 }
 
+// What a reception's checks look up once: each car's stored trips, each
+// driver's name and a day's minute speeds. Read before the ledger writes
+// anything, so it stays true for the whole check.
+class Ledger_Lookups {
+public:
+    struct Trip {
+        QString key, startDay, startTime, endDay, endTime;
+    };
+    // ignoring: the keys of the reception itself, which are no earlier
+    // knowledge of their car.
+    explicit Ledger_Lookups(const QSet<QString>& ignoring) : ignoring_(ignoring) {}
+
+    const Trip* Find(Cls_DB& db, const QString& key)
+    {
+        Load_Car(db, Car_Of(key));
+        const auto it = trips_.constFind(key);
+        return it == trips_.constEnd() ? nullptr : &*it;
+    }
+    // The car's trips that are not the reception's.
+    const std::vector<Trip>& Others(Cls_DB& db, const QString& car)
+    {
+        Load_Car(db, car);
+        return others_[car];
+    }
+    const QString& Driver_Name(Cls_DB& db, const QString& driver)
+    {
+        auto it = driverNames_.find(driver);
+        if (it == driverNames_.end())
+            it = driverNames_.insert(driver, First_Text(db, QStringLiteral("SELECT D_F2 FROM S_D2 WHERE D_F1 = ?"),
+                                                        {driver}, QStringLiteral("D_F2"))
+                                                 .trimmed());
+        return *it;
+    }
+    // A stored day of an earlier reception: its entry, first and last minute.
+    struct Earlier {
+        QString entry, first, last;
+    };
+    // The minute distance of a key and its days in earlier receptions, read
+    // for many keys at once by Prefetch, else one key at a time.
+    QString Distance(Cls_DB& db, const QString& key)
+    {
+        if (const auto it = distance_.constFind(key); it != distance_.constEnd())
+            return *it;
+        return First_Text(db, QStringLiteral("SELECT D_F2 FROM D_D7 WHERE D_F1 = ?"), {key}, QStringLiteral("D_F2"));
+    }
+    std::vector<Earlier> Earlier_Days(Cls_DB& db, const QString& key)
+    {
+        if (const auto it = earlier_.constFind(key); it != earlier_.constEnd())
+            return *it;
+        std::vector<Earlier> days;
+        Recordset rs = db.DB_RSet_D_D(
+            QStringLiteral("SELECT D_F2, D_F6, D_F7 FROM X_LEDGER_DAY WHERE D_F3 = ? AND D_F4 = 'stored'"), {key});
+        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext())
+            days.push_back({rs.Text(QStringLiteral("D_F2")), rs.Text(QStringLiteral("D_F6")), rs.Text(QStringLiteral("D_F7"))});
+        return days;
+    }
+    // Reads both for the keys, a statement a table for up to 200 keys; what
+    // was read before goes.
+    void Prefetch(Cls_DB& db, const QStringList& keys)
+    {
+        distance_.clear();
+        earlier_.clear();
+        constexpr int kKeys = 200;
+        for (int from = 0; from < keys.size(); from += kKeys) {
+            const QStringList part = keys.mid(from, kKeys);
+            QVariantList values;
+            for (const QString& k : part) {
+                values << k;
+                distance_.insert(k, QString());
+                earlier_.insert(k, {});
+            }
+            const QString marks = QStringList(part.size(), QStringLiteral("?")).join(QLatin1Char(','));
+            Recordset d = db.DB_RSet_D_D(QStringLiteral("SELECT D_F1, D_F2 FROM D_D7 WHERE D_F1 IN (%1)").arg(marks), values);
+            QSet<QString> seen;
+            for (d.MoveFirst(); !d.EOF_(); d.MoveNext()) {
+                const QString k = d.Text(QStringLiteral("D_F1"));
+                if (!seen.contains(k)) { // the first row of a key, as a look-up by key takes it
+                    seen.insert(k);
+                    distance_.insert(k, d.Text(QStringLiteral("D_F2")));
+                }
+            }
+            Recordset e = db.DB_RSet_D_D(
+                QStringLiteral("SELECT D_F2, D_F3, D_F6, D_F7 FROM X_LEDGER_DAY WHERE D_F3 IN (%1) AND D_F4 = 'stored'")
+                    .arg(marks),
+                values);
+            for (e.MoveFirst(); !e.EOF_(); e.MoveNext())
+                earlier_[e.Text(QStringLiteral("D_F3"))].push_back(
+                    {e.Text(QStringLiteral("D_F2")), e.Text(QStringLiteral("D_F6")), e.Text(QStringLiteral("D_F7"))});
+        }
+    }
+
+    // The minute speeds (key, cells) of every car on a day, the last day
+    // asked for kept: the days of a reception are checked in order.
+    const std::vector<std::pair<QString, QString>>& Day_Series(Cls_DB& db, const QString& day)
+    {
+        if (day == seriesDay_ && !seriesDay_.isEmpty())
+            return daySeries_;
+        daySeries_.clear();
+        Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT D_F1, D_F2 FROM D_D3 WHERE RIGHT(D_F1,6) = ?"), {day});
+        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext())
+            daySeries_.emplace_back(rs.Text(QStringLiteral("D_F1")), rs.Text(QStringLiteral("D_F2")));
+        seriesDay_ = day;
+        return daySeries_;
+    }
+
+private:
+    void Load_Car(Cls_DB& db, const QString& car)
+    {
+        if (others_.contains(car))
+            return;
+        std::vector<Trip>& others = others_[car];
+        Recordset rs = db.DB_RSet_D_D(
+            QStringLiteral("SELECT D_F1, D_F4, D_F5, D_F6, D_F7 FROM D_D1 WHERE LEFT(D_F1,6) = ?"), {car});
+        for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
+            Trip t{rs.Text(trip_col::Key), rs.Text(trip_col::Start_Day), rs.Text(trip_col::Start_Time),
+                   rs.Text(trip_col::End_Day), rs.Text(trip_col::End_Time)};
+            if (!ignoring_.contains(t.key))
+                others.push_back(t);
+            if (!trips_.contains(t.key))
+                trips_.insert(t.key, std::move(t));
+        }
+    }
+
+    const QSet<QString>& ignoring_;
+    QHash<QString, Trip> trips_;
+    QHash<QString, std::vector<Trip>> others_;
+    QHash<QString, QString> driverNames_;
+    QString seriesDay_;
+    std::vector<std::pair<QString, QString>> daySeries_;
+    QHash<QString, QString> distance_;
+    QHash<QString, std::vector<Earlier>> earlier_;
+};
+
 // What the store knew of the car and its day apart from this reception's days.
-void Car_Days(Cls_DB& db, const QString& key, const QSet<QString>& ignoring, Day_Context& c)
+void Car_Days(Cls_DB& db, const QString& key, Day_Context& c, Ledger_Lookups& lookups)
 {
-    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT D_F1, D_F3, D_F5, D_F7 FROM D_D1 WHERE LEFT(D_F1,6) = ?"),
-                                  {Car_Of(key)});
-    for (rs.MoveFirst(); !rs.EOF_(); rs.MoveNext()) {
-        const QString other = rs.Text(trip_col::Key);
-        if (other == key || ignoring.contains(other))
+    for (const Ledger_Lookups::Trip& t : lookups.Others(db, Car_Of(key))) {
+        const QString& other = t.key;
+        if (other == key)
             continue;
         const QString day = Day_Of(other);
         if (c.carFirstDay.isEmpty() || day < c.carFirstDay)
@@ -61,22 +206,20 @@ void Car_Days(Cls_DB& db, const QString& key, const QSet<QString>& ignoring, Day
         if (day > c.day)
             c.carHasNewerDays = true;
         if (day == c.day && Driver_Of(other) != c.driver)
-            c.neighbours.push_back({Driver_Of(other), rs.Text(trip_col::Start_Time), rs.Text(trip_col::End_Time), {}});
+            c.neighbours.push_back({Driver_Of(other), t.startTime, t.endTime, {}});
     }
 }
 
 // The same key stored before by a reception from another source.
-void Earlier_Receptions(Cls_DB& db, const QString& key, const QString& source, Day_Context& c)
+void Earlier_Receptions(Cls_DB& db, const QString& key, const QString& source, Day_Context& c,
+                        Ledger_Lookups& lookups)
 {
-    Recordset days = db.DB_RSet_D_D(
-        QStringLiteral("SELECT D_F2, D_F6, D_F7 FROM X_LEDGER_DAY WHERE D_F3 = ? AND D_F4 = 'stored'"), {key});
-    for (days.MoveFirst(); !days.EOF_(); days.MoveNext()) {
-        const QString from = First_Text(db, QStringLiteral("SELECT D_F4 FROM X_LEDGER WHERE D_F1 = ?"),
-                                        {days.Text(QStringLiteral("D_F2"))}, QStringLiteral("D_F4"));
+    for (const Ledger_Lookups::Earlier& e : lookups.Earlier_Days(db, key)) {
+        const QString from = First_Text(db, QStringLiteral("SELECT D_F4 FROM X_LEDGER WHERE D_F1 = ?"), {e.entry},
+                                        QStringLiteral("D_F4"));
         if (from.isEmpty() || from == source)
             continue;
-        c.neighbours.push_back({c.driver, days.Text(QStringLiteral("D_F6")).mid(6, 4),
-                                days.Text(QStringLiteral("D_F7")).mid(6, 4), from});
+        c.neighbours.push_back({c.driver, e.first.mid(6, 4), e.last.mid(6, 4), from});
     }
 }
 
@@ -152,8 +295,9 @@ std::vector<Ledger_Day> Ledger_Days(const Exchange_Report& report)
     return days;
 }
 
-std::vector<Finding> Check_Stored_Day(Cls_DB& db, const QString& key, const QString& source,
-                                      const QSet<QString>& ignoring)
+namespace {
+
+std::vector<Finding> Check_Day_With(Cls_DB& db, const QString& key, const QString& source, Ledger_Lookups& lookups)
 {
     Day_Evidence evidence;
     Day_Context context;
@@ -161,17 +305,17 @@ std::vector<Finding> Check_Stored_Day(Cls_DB& db, const QString& key, const QStr
     context.driver = Driver_Of(key);
     context.today = QDate::currentDate().toString(QStringLiteral("yyMMdd"));
 
-    Recordset trip = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM D_D1 WHERE D_F1 = ?"), {key});
-    if (trip.RecordCount() > 0) {
-        evidence.startDay = trip.Text(trip_col::Start_Day);
-        evidence.startTime = trip.Text(trip_col::Start_Time);
-        evidence.endDay = trip.Text(trip_col::End_Day);
-        evidence.endTime = trip.Text(trip_col::End_Time);
+    if (const Ledger_Lookups::Trip* trip = lookups.Find(db, key)) {
+        evidence.startDay = trip->startDay;
+        evidence.startTime = trip->startTime;
+        evidence.endDay = trip->endDay;
+        evidence.endTime = trip->endTime;
     }
-    const QString speeds = First_Text(db, QStringLiteral("SELECT D_F2 FROM D_D3 WHERE D_F1 = ?"), {key}, QStringLiteral("D_F2"));
+    const auto& series = lookups.Day_Series(db, context.day);
+    const auto own = std::find_if(series.begin(), series.end(), [&](const auto& row) { return row.first == key; });
+    const QString speeds = own == series.end() ? QString() : own->second;
     evidence.minuteSpeed = Cells(speeds, 16);
-    evidence.minuteTenths = Cells(
-        First_Text(db, QStringLiteral("SELECT D_F2 FROM D_D7 WHERE D_F1 = ?"), {key}, QStringLiteral("D_F2")), 10);
+    evidence.minuteTenths = Cells(lookups.Distance(db, key), 10);
 
     DayFile file;
     const Day_File_Ref ref = Find_Day_File(db, Day_File_Name(Car_Of(key), Driver_Of(key), Day_Of(key)));
@@ -185,22 +329,29 @@ std::vector<Finding> Check_Stored_Day(Cls_DB& db, const QString& key, const QStr
         }
     }
 
-    Car_Days(db, key, ignoring, context);
-    Earlier_Receptions(db, key, source, context);
+    Car_Days(db, key, context, lookups);
+    Earlier_Receptions(db, key, source, context, lookups);
     if (std::any_of(evidence.minuteSpeed.begin(), evidence.minuteSpeed.end(), [](int v) { return v > 0; })) {
-        Recordset same = db.DB_RSet_D_D(
-            QStringLiteral("SELECT D_F1 FROM D_D3 WHERE RIGHT(D_F1,6) = ? AND D_F2 = ?"), {context.day, speeds});
-        for (same.MoveFirst(); !same.EOF_(); same.MoveNext()) {
-            const QString car = Car_Of(same.Text(QStringLiteral("D_F1")));
+        for (const auto& [other, cells] : series) {
+            if (cells != speeds)
+                continue;
+            const QString car = Car_Of(other);
             if (car != Car_Of(key) && !context.carsWithSameSeries.contains(car))
                 context.carsWithSameSeries << car;
         }
     }
-    const QString name = First_Text(db, QStringLiteral("SELECT D_F2 FROM S_D2 WHERE D_F1 = ?"), {context.driver},
-                                    QStringLiteral("D_F2"))
-                             .trimmed();
+    const QString& name = lookups.Driver_Name(db, context.driver);
     context.driverNamed = !name.isEmpty() && name != context.driver;
     return Check_Day(evidence, context);
+}
+
+} // namespace
+
+std::vector<Finding> Check_Stored_Day(Cls_DB& db, const QString& key, const QString& source,
+                                      const QSet<QString>& ignoring)
+{
+    Ledger_Lookups lookups(ignoring);
+    return Check_Day_With(db, key, source, lookups);
 }
 
 Ledger_Entry Record_Reception(Cls_DB& db, Ledger_Road road, const QString& source, const QString& summary,
@@ -218,30 +369,45 @@ Ledger_Entry Record_Reception(Cls_DB& db, Ledger_Road road, const QString& sourc
     for (const Ledger_Day& d : days)
         if (d.outcome == QLatin1String("stored"))
             stored.insert(d.what);
-    for (Ledger_Day& d : days) {
-        if (d.outcome != QLatin1String("stored"))
-            continue;
-        Recordset trip = db.DB_RSet_D_D(QStringLiteral("SELECT D_F4, D_F5, D_F6, D_F7 FROM D_D1 WHERE D_F1 = ?"), {d.what});
-        if (trip.RecordCount() > 0) {
-            d.first = trip.Text(trip_col::Start_Day) + trip.Text(trip_col::Start_Time);
-            d.last = trip.Text(trip_col::End_Day) + trip.Text(trip_col::End_Time);
+    // Checked a day of the calendar after another, so that each day's
+    // minute speeds of all cars are read once.
+    std::vector<Ledger_Day*> checking;
+    for (Ledger_Day& d : days)
+        if (d.outcome == QLatin1String("stored"))
+            checking.push_back(&d);
+    std::stable_sort(checking.begin(), checking.end(),
+                     [](const Ledger_Day* a, const Ledger_Day* b) { return Day_Of(a->what) < Day_Of(b->what); });
+    Ledger_Lookups lookups(stored);
+    for (size_t i = 0; i < checking.size(); ++i) {
+        Ledger_Day& d = *checking[i];
+        if (i == 0 || Day_Of(d.what) != Day_Of(checking[i - 1]->what)) {
+            QStringList sameDay;
+            for (size_t j = i; j < checking.size() && Day_Of(checking[j]->what) == Day_Of(d.what); ++j)
+                sameDay << checking[j]->what;
+            lookups.Prefetch(db, sameDay);
         }
-        d.findings = Check_Stored_Day(db, d.what, source, stored);
+        if (const Ledger_Lookups::Trip* trip = lookups.Find(db, d.what)) {
+            d.first = trip->startDay + trip->startTime;
+            d.last = trip->endDay + trip->endTime;
+        }
+        d.findings = Check_Day_With(db, d.what, source, lookups);
     }
     entry.days = std::move(days);
 
     Cls_DB::Transaction transaction(db);
-    db.Execute(QStringLiteral("INSERT INTO X_LEDGER (D_F1, D_F2, D_F3, D_F4, D_F5, D_F6, D_F7) VALUES (?, ?, ?, ?, ?, ?, ?)"),
+    // Statements prepared once for the many rows of a large import.
+    auto Insert = [&db](const QString& sql, const QVariantList& values) { db.Run_Prepared(sql, values).finish(); };
+    Insert(QStringLiteral("INSERT INTO X_LEDGER (D_F1, D_F2, D_F3, D_F4, D_F5, D_F6, D_F7) VALUES (?, ?, ?, ?, ?, ?, ?)"),
                {entry.id, entry.when, Road_Name(road), source, entry.pc, QString::number(entry.Stored()), summary});
     int n = 0;
     for (const Ledger_Day& d : entry.days) {
         const QString dayId = entry.id + QStringLiteral("/%1").arg(++n, 4, 10, QLatin1Char('0'));
-        db.Execute(QStringLiteral("INSERT INTO X_LEDGER_DAY (D_F1, D_F2, D_F3, D_F4, D_F5, D_F6, D_F7, D_F8) "
+        Insert(QStringLiteral("INSERT INTO X_LEDGER_DAY (D_F1, D_F2, D_F3, D_F4, D_F5, D_F6, D_F7, D_F8) "
                                   "VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
                    {dayId, entry.id, d.what, d.outcome, d.why, d.first, d.last, QString::number(d.findings.size())});
         int k = 0;
         for (const Finding& f : d.findings)
-            db.Execute(QStringLiteral("INSERT INTO X_FINDING (D_F1, D_F2, D_F3, D_F4, D_F5, D_F6, D_F7, D_F8) "
+            Insert(QStringLiteral("INSERT INTO X_FINDING (D_F1, D_F2, D_F3, D_F4, D_F5, D_F6, D_F7, D_F8) "
                                       "VALUES (?, ?, ?, ?, ?, ?, ?, ?)"),
                        {dayId + QStringLiteral("/%1").arg(++k, 4, 10, QLatin1Char('0')), entry.id, d.what, f.second, f.measured,
                         f.reference, Finding_Kind_Name(f.kind), f.other});

@@ -162,4 +162,18 @@ TEST(Ledger, TheChecksOfAStoredDayReadWhatTheStoreHeldBefore)
     ASSERT_EQ(read[0].days[0].findings.size(), 1u);
     EXPECT_EQ(read[0].days[0].findings[0].other, "medium B");
     EXPECT_EQ(read[0].days[0].first, "2611010800");
+
+    // One reception of several cars and days, its days out of calendar
+    // order: each is checked against the others of its own day.
+    const Ledger_Entry mixed = Record_Reception(
+        db, Ledger_Road::Import, "package", {},
+        {{"12AC00000777261110", "stored", {}, {}, {}, {}}, {"12AB00000123261101", "stored", {}, {}, {}, {}},
+         {"12AB00000123261110", "stored", {}, {}, {}, {}}});
+    ASSERT_EQ(mixed.days.size(), 3u);
+    EXPECT_TRUE(Finding_Kinds(mixed.days[0].findings).count(Finding_Kind::Copied_Day));
+    EXPECT_FALSE(Finding_Kinds(mixed.days[1].findings).count(Finding_Kind::Copied_Day));
+    EXPECT_TRUE(Finding_Kinds(mixed.days[2].findings).count(Finding_Kind::Copied_Day));
+    EXPECT_EQ(mixed.days[0].first, "2611100600");
+    EXPECT_EQ(mixed.days[1].first, "2611010800");
+    EXPECT_EQ(mixed.days[2].first, "2611100500");
 }
