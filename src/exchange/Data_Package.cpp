@@ -9,6 +9,7 @@
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 #include "store/Day_Store.h"
+#include "store/Schema.h"
 
 #include <QDate>
 #include <QDir>
@@ -43,11 +44,10 @@ Exchange_Report Refused(const QString& message)
 // The day files of the rows of D_D1 in a selection, as package entries. A
 // server's day files are written into staging (a folder removed with the
 // package's other work files) to be packed from there.
-std::vector<Zip_Entry> Day_File_Entries(Cls_DB& live, const Source_Table& trips, const QString& staging)
+std::vector<Zip_Entry> Day_File_Entries(Cls_DB& live, const QStringList& tripKeys, const QString& staging)
 {
     std::vector<Zip_Entry> entries;
-    for (const QVariantList& row : trips.rows) {
-        const QString key = trips.Value(row, QStringLiteral("D_F1")).toString();
+    for (const QString& key : tripKeys) {
         const QString car = key.left(6), driver = key.mid(6, 6), day = key.right(6);
         if (!Is_Code(car) || !Is_Code(driver) || !Is_Day(day))
             continue;
@@ -235,6 +235,10 @@ bool Empty_Export_Db(QString* error)
             throw RunTimeError(QStringLiteral("cannot open ") + path);
         for (const QString& t : Package_Tables() + QStringList{QStringLiteral("D_S1")})
             exp.Execute(QStringLiteral("DELETE * FROM ") + t);
+        // A package is read whole, never searched: the indexes of the live
+        // tables would only slow its filling.
+        for (const Index& x : Schema_Indexes())
+            exp.Execute(QStringLiteral("DROP INDEX IF EXISTS ") + x.name);
     });
     if (!ok && error)
         *error = QStringLiteral("DB 생성 오류");
@@ -248,31 +252,33 @@ Exchange_Report Export_Package(Cls_DB& live, const Selection& s, const QString& 
     if (!Empty_Export_Db(&error))
         return Refused(error);
     const QString exp = App(QStringLiteral("\\exp"));
-    const QString copy = exp + QLatin1Char('/') + name + QStringLiteral(".mdb");
     const bool ok = Guarded(kErrExport, [&] {
-        const Source_Table trips = Select_Rows(live, QStringLiteral("D_D1"), s);
+        QStringList tripKeys;
+        {
+            const auto [sql, values] = Selection_Where(QStringLiteral("D_D1"), s, QStringLiteral("D_F1"));
+            Recordset trips = live.DB_RSet_D_D(sql, values);
+            for (trips.MoveFirst(); !trips.EOF_(); trips.MoveNext())
+                tripKeys << trips.Text(QStringLiteral("D_F1"));
+        }
         if (live.Target().engine == Engine::Sqlite)
             Export_In_Engine(live, s, r, progress);
         else
             Export_By_Rows(live, s, r, progress);
-        QFile::remove(copy);
-        if (!QFile::copy(Export_Db_Path(), copy))
-            throw RunTimeError(QStringLiteral("cannot write ") + copy);
-        std::vector<Zip_Entry> entries{{copy, QStringLiteral("exp.mdb")}};
+        // The export database itself goes into the package: what a copy
+        // of it beside would add is another write of its whole size.
+        std::vector<Zip_Entry> entries{{Export_Db_Path(), QStringLiteral("exp.mdb")}};
         const QTemporaryDir staging(exp + QStringLiteral("/.export-XXXXXX"));
         if (!staging.isValid())
             throw RunTimeError(QStringLiteral("cannot make a scratch folder in ") + exp);
-        for (Zip_Entry& e : Day_File_Entries(live, trips, staging.path())) {
+        for (Zip_Entry& e : Day_File_Entries(live, tripKeys, staging.path())) {
             r.files << e.file;
             entries.push_back(std::move(e));
         }
         QString zipError;
         const bool zipped = Zip_Make(exp + QLatin1Char('/') + name + QStringLiteral(".zip"), entries, &zipError);
-        QFile::remove(copy);
         if (!zipped)
             throw RunTimeError(QStringLiteral("압축실패: ") + zipError);
     });
-    QFile::remove(copy);
     r.ok = ok;
     if (!ok) { // no package: nothing was exported
         r.tables.clear();

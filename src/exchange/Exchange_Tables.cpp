@@ -20,9 +20,10 @@ const QStringList& Package_Tables()
     return tables;
 }
 
-std::pair<QString, QVariantList> Selection_Where(const QString& table, const Selection& s)
+std::pair<QString, QVariantList> Selection_Where(const QString& table, const Selection& s, const QString& columns)
 {
-    QString sql = QStringLiteral("SELECT * FROM %1 WHERE (RIGHT(D_F1,6)) >= ? AND (RIGHT(D_F1,6)) <= ?").arg(table);
+    QString sql =
+        QStringLiteral("SELECT %1 FROM %2 WHERE (RIGHT(D_F1,6)) >= ? AND (RIGHT(D_F1,6)) <= ?").arg(columns, table);
     QVariantList values{s.from, s.to};
     const bool allCars = s.car == QLatin1String("ALL"), allDrivers = s.driver == QLatin1String("ALL");
     if (!Day_Tables().contains(table))

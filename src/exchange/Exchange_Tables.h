@@ -34,8 +34,9 @@ struct Selection {
 // D_D1 is filtered by its car and driver columns, the other day tables by
 // the parts of their key; every table by the last six characters of D_F1,
 // the day, so that the registers are compared with the dates as the backup
-// always compared them.
-std::pair<QString, QVariantList> Selection_Where(const QString& table, const Selection& s);
+// always compared them. columns: what the statement selects.
+std::pair<QString, QVariantList> Selection_Where(const QString& table, const Selection& s,
+                                                 const QString& columns = QStringLiteral("*"));
 
 // Told as work goes: a stage word, steps done and all.
 using Exchange_Progress = std::function<void(const QString& stage, int done, int all)>;
