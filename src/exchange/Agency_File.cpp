@@ -49,7 +49,7 @@ Car_Facts Facts_Of(Cls_DB& db, const QString& car)
 
 QString Text_Of(Cls_DB& db, const QString& table, const QString& key, bool* found = nullptr)
 {
-    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT * FROM ") + table + QStringLiteral(" WHERE D_F1=?"), {key});
+    Recordset rs = db.DB_RSet_D_D(QStringLiteral("SELECT D_F2 FROM ") + table + QStringLiteral(" WHERE D_F1=?"), {key});
     if (found)
         *found = rs.RecordCount() > 0;
     return rs.RecordCount() > 0 ? rs.Text(QStringLiteral("D_F2")) : QString();
@@ -62,7 +62,12 @@ std::vector<int> Running_Km(const QString& cells, bool dropEight)
     std::vector<int> km(1440, 0);
     float total = 0;
     for (int k = 0; k < 1440 && 2 * k + 1 < cells.size(); ++k) {
-        float v = float(cells.mid(2 * k, 2).toInt()) / 10.0f;
+        // Two decimal digits, as nearly every cell is; anything else as
+        // toInt reads it.
+        const char16_t a = cells[2 * k].unicode(), b = cells[2 * k + 1].unicode();
+        const int cell = a >= u'0' && a <= u'9' && b >= u'0' && b <= u'9' ? (a - u'0') * 10 + (b - u'0')
+                                                                         : cells.mid(2 * k, 2).toInt();
+        float v = float(cell) / 10.0f;
         if (dropEight && v >= 8)
             v -= 8;
         total += v;
@@ -137,6 +142,14 @@ QByteArray Header_Bytes(const QString& header)
 {
     QStringEncoder encode("CP949");
     return (encode.isValid() ? QByteArray(encode.encode(header)) : header.toUtf8()) + "\r\n";
+}
+
+// The trips of the days from and to, car, driver and day.
+Recordset Trips_Between(Cls_DB& db, const QString& from, const QString& to)
+{
+    return db.DB_RSet_D_D(
+        QStringLiteral("SELECT D_F2, D_F3, D_F4 FROM D_D1 where (RIGHT(D_F1,6)) >= ? AND (RIGHT(D_F1,6)) <= ?"),
+        {from, to});
 }
 
 // One file, whole.
@@ -312,8 +325,7 @@ std::vector<Agency_Note> Agency_Check(Cls_DB& db, const Agency_Identity& id, con
         notes.push_back({{}, LoadResString(1169), true});
     const QString business = Zero_Pad(id.business, 10);
     const bool ok = Guarded(kErrAgencyCheck, [&] {
-        Recordset rs = db.DB_RSet_D_D(
-            QStringLiteral("SELECT * FROM D_D1 where (RIGHT(D_F1,6)) >= ? AND (RIGHT(D_F1,6)) <= ?"), {from, to});
+        Recordset rs = Trips_Between(db, from, to);
         if (from <= to && rs.RecordCount() < 1)
             notes.push_back({{}, QStringLiteral("데이터가 없습니다"), true});
         std::map<QString, Car_Facts> facts;
@@ -381,8 +393,7 @@ Agency_Result Write_Agency_Files(Cls_DB& db, const Agency_Identity& id, const QS
         return r;
     }
     const bool ok = Guarded(kErrAgency, [&] {
-        Recordset rs = db.DB_RSet_D_D(
-            QStringLiteral("SELECT * FROM D_D1 where (RIGHT(D_F1,6)) >= ? AND (RIGHT(D_F1,6)) <= ?"), {from, to});
+        Recordset rs = Trips_Between(db, from, to);
         if (rs.RecordCount() < 1) {
             r.message = QStringLiteral("데이터가 없습니다");
             return;
