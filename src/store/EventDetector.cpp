@@ -7,7 +7,11 @@
 #include "store/Day_Store.h"
 #include "store/DayFile.h"
 
+#include <algorithm>
 #include <cmath>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 #include <cstring>
 #include <vector>
 
@@ -70,6 +74,51 @@ void Append_Period(QString& list, const Period& p)
     Put_Dec2(rec + 14, m);
     Put_Dec2(rec + 16, s);
     list.append(rec, 18);
+}
+
+// Whether none of the 16 seconds from sp changes a count or opens or closes
+// a period: no rise of quickAccel or more, no fall to brakeAt or below,
+// every second above the limit (aboveFrom and up) while an overspeed is
+// open and none while none is, the same for standing with the engine
+// running. prev is the speed of the second before. The thresholds come
+// within -256..256, where they answer as the detector's own tests for
+// speeds of 0 to 255. Sixteen seconds at once, so that the long stretches
+// of steady driving pass at a fraction of a cycle a second.
+bool Steady16(const uint8_t* sp, const uint8_t* en, int prev, int quickAccel, int brakeAt, int aboveFrom, bool over,
+              bool idle)
+{
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(sp));
+    const __m128i e = _mm_loadu_si128(reinterpret_cast<const __m128i*>(en));
+    // The speed of the second before each: the seconds moved up one, prev first.
+    const __m128i b = _mm_or_si128(_mm_slli_si128(v, 1), _mm_cvtsi32_si128(prev & 0xFF));
+    // Standing with the engine running, byte by byte.
+    const __m128i idling = _mm_andnot_si128(_mm_cmpeq_epi8(e, zero), _mm_cmpeq_epi8(v, zero));
+    __m128i bad = _mm_xor_si128(idling, idle ? _mm_set1_epi8(-1) : zero);
+    // Changes and the limit in 16-bit lanes, eight seconds a half.
+    const __m128i riseFrom = _mm_set1_epi16(int16_t(quickAccel - 1)), fallTo = _mm_set1_epi16(int16_t(brakeAt + 1)),
+                  limit = _mm_set1_epi16(int16_t(aboveFrom - 1)), overMask = over ? _mm_set1_epi16(-1) : zero;
+    auto Half = [&](__m128i vs, __m128i bs) {
+        const __m128i change = _mm_sub_epi16(vs, bs);
+        const __m128i events = _mm_or_si128(_mm_cmpgt_epi16(change, riseFrom), _mm_cmplt_epi16(change, fallTo));
+        return _mm_or_si128(events, _mm_xor_si128(_mm_cmpgt_epi16(vs, limit), overMask));
+    };
+    bad = _mm_or_si128(bad, Half(_mm_unpacklo_epi8(v, zero), _mm_unpacklo_epi8(b, zero)));
+    bad = _mm_or_si128(bad, Half(_mm_unpackhi_epi8(v, zero), _mm_unpackhi_epi8(b, zero)));
+    return _mm_movemask_epi8(bad) == 0;
+#else
+    int bad = 0;
+    int before = prev;
+    for (int k = 0; k < 16; ++k) {
+        const int v = sp[k];
+        const int change = v - before;
+        bad |= int(change >= quickAccel) | int(change <= brakeAt) | int((v >= aboveFrom) != over)
+               | int((v == 0 && en[k] != 0) != idle);
+        before = v;
+    }
+    return bad == 0;
+#endif
 }
 
 } // namespace
@@ -159,8 +208,33 @@ DayEvents Detect_Day_Events(std::span<const uint8_t> speed, std::span<const uint
     // would count a standing second (no rise needed, a limit below 0) take
     // every second.
     const bool quietIsNothing = quickAccel > 0 && limit >= 0.0f;
+    // The same tests in whole numbers for the steady stretches: a fall is a
+    // brake at brakeAt or below, a speed is above the limit from aboveFrom
+    // (the float comparison, one speed value after another: it only turns
+    // from false to true).
+    const int accelAt = std::clamp(quickAccel, -256, 256);
+    const int brakeAt = std::clamp(-quickBrake, -256, -1);
+    int aboveFrom = 256;
+    while (aboveFrom > 0 && float(aboveFrom - 1) > limit)
+        --aboveFrom;
     const int lastSecond = limits.firstSecond + kDaySeconds - 1;
+    // A stretch never takes in the last second of the day, where an open
+    // overspeed closes.
+    const int lastSteadyStart = std::min(lastSecond + 1, kDaySeconds - 1) - 16;
+    int nextTry = 0; // after a stretch that isn't steady, its seconds one by one
     for (int i = limits.firstSecond; i <= lastSecond; ++i) {
+        if (i >= nextTry) {
+            while (i <= lastSteadyStart
+                   && Steady16(speed.data() + i, engine.data() + i, p, accelAt, brakeAt, aboveFrom, over, idle)) {
+                if (over)
+                    overSeconds += 16;
+                if (idle)
+                    idleRun += 16;
+                p = speed[size_t(i) + 15];
+                i += 16;
+            }
+            nextTry = i + 16;
+        }
         if (quietIsNothing && p == 0 && !over && !idle) {
             while (i + 8 <= lastSecond + 1) {
                 uint64_t a, b;

@@ -1,8 +1,12 @@
 // The events of a day of second data, found without a database.
 #include "core/Err_Proc.h"
+#include "samples/DrivingProfile.h"
 #include "store/EventDetector.h"
 
 #include <gtest/gtest.h>
+#include <algorithm>
+#include <random>
+#include <tuple>
 #include <vector>
 
 using namespace vex;
@@ -130,5 +134,122 @@ TEST(EventDetector, TheCountsAloneAreTheCountsOfTheLists)
         EXPECT_EQ(b.Idle_Runs, a.Idle_Runs);
         EXPECT_EQ(b.LKEngin, a.LKEngin);
         EXPECT_TRUE(b.Sec_Data.isEmpty() && b.Brack_Data.isEmpty() && b.Idle_Data.isEmpty());
+    }
+}
+
+namespace {
+
+// The detector's rules second by second, written as plainly as they read,
+// without the passes over quiet and steady stretches: what the fast walk
+// must give on any day.
+DayEvents Reference(const Day_Seconds& d, const EventLimits& l)
+{
+    DayEvents out;
+    auto Time = [](int i) { return QString::asprintf("%02d%02d%02d", i / 3600, i % 3600 / 60, i % 60); };
+    auto Duration = [](long s) { return QString::asprintf("%02ld%02ld%02ld", s / 3600, s % 3600 / 60, s % 60); };
+    bool over = false, idle = false;
+    int overStart = 0, idleStart = 0;
+    long overSeconds = 0, idleSeconds = 0;
+    int p = 0;
+    long idleCount = 0;
+    for (int i = l.firstSecond; i < l.firstSecond + kDaySeconds; ++i) {
+        const int v = d.speed[size_t(i)];
+        if (v - p >= l.quickAccel) {
+            ++out.Acceleration;
+            out.Acceleration_Data += Time(i) + QString::asprintf("%02X%02X", p, v);
+        }
+        if (std::abs(v - p) >= l.quickBrake && v - p < 0) {
+            ++out.Brack;
+            out.Brack_Data += Time(i) + QString::asprintf("%02X%02X", p, v);
+        }
+        const bool above = float(v) > l.limit;
+        if (!over && above) {
+            over = true, overStart = i, overSeconds = 1;
+        } else if (over && (!above || i == kDaySeconds - 1)) {
+            if (above)
+                ++overSeconds;
+            if (overSeconds > l.longOverMinutes * 60L) {
+                ++out.LKEngin;
+                out.LkEngin_Data += Time(overStart) + Time(i) + Duration(overSeconds);
+            }
+            over = false;
+        } else if (over) {
+            ++overSeconds;
+        }
+        const bool idling = v == 0 && d.engine[size_t(i)] > 0;
+        if (!idle && idling) {
+            idle = true, idleStart = i, idleSeconds = 1;
+        } else if (idle && idling) {
+            ++idleSeconds;
+        } else if (idle) {
+            if (idleSeconds > l.idleMinutes * 60L) {
+                ++out.Idle_Runs;
+                idleCount += std::max(1L, idleSeconds / (l.idleMinutes * 60L));
+                out.Idle_Data += Time(idleStart) + Time(i) + Duration(idleSeconds);
+            }
+            idle = false;
+        }
+        p = v;
+    }
+    out.Idle = int16_t(idleCount);
+    return out;
+}
+
+} // namespace
+
+TEST(EventDetector, TheFastWalkGivesWhatTheRulesGiveOnDrivenDays)
+{
+    const auto cycles = CycleSet::Load(QString());
+    ASSERT_TRUE(cycles);
+    std::mt19937 noise(26);
+    for (int n = 0; n < 6; ++n) {
+        const DrivingDay driven = Build_Driving_Day(*cycles, QDate(2026, 3, 2).addDays(n), 900 + n);
+        Day_Seconds d;
+        for (int s = 0; s < DrivingDay::kSeconds; ++s) {
+            const DriveSecond& x = driven.seconds[size_t(s)];
+            // Days 3 to 5 jolted: single seconds of odd speeds, the engine
+            // running with the car standing, a speed left at the last second.
+            const bool jolt = n >= 3 && noise() % 500 == 0;
+            d.speed[size_t(s)] = uint8_t(jolt ? noise() % 256 : std::clamp(x.speed, 0, 254));
+            d.engine[size_t(s)] = uint8_t(x.engineOn || (jolt && noise() % 2) ? 40 : 0);
+        }
+        d.speed[86399] = d.speed[86400] = uint8_t(n * 20);
+
+        for (const auto& [limit, accel, brake, first] :
+             std::vector<std::tuple<float, int, int, int>>{{80, 8, 9, 1}, {60.5f, 8, 9, 0}, {0, 1, 1, 1},
+                                                           {-3, 0, 0, 0}, {254, 300, 300, 1}, {100, 3, -5, 0}}) {
+            EventLimits l;
+            l.limit = limit;
+            l.quickAccel = int16_t(accel);
+            l.quickBrake = int16_t(brake);
+            l.firstSecond = first;
+            l.longOverMinutes = int16_t(n % 3);
+            l.idleMinutes = int16_t(1 + n % 2);
+            const DayEvents want = Reference(d, l), got = d.Run(l);
+            const std::string at = "day " + std::to_string(n) + ", limit " + std::to_string(limit);
+            EXPECT_EQ(got.Acceleration, want.Acceleration) << at;
+            EXPECT_EQ(got.Brack, want.Brack) << at;
+            EXPECT_EQ(got.LKEngin, want.LKEngin) << at;
+            EXPECT_EQ(got.Idle_Runs, want.Idle_Runs) << at;
+            EXPECT_EQ(got.Idle, want.Idle) << at;
+            EXPECT_EQ(got.Acceleration_Data, want.Acceleration_Data) << at;
+            EXPECT_EQ(got.Brack_Data, want.Brack_Data) << at;
+            EXPECT_EQ(got.LkEngin_Data, want.LkEngin_Data) << at;
+            EXPECT_EQ(got.Idle_Data, want.Idle_Data) << at;
+        }
+    }
+    // An overspeed running into the end of the day closes at its last
+    // second, wherever the steady stretches before it begin.
+    for (int start = 86000; start < 86032; ++start) {
+        Day_Seconds d;
+        d.Engine(85000, 86400, 40);
+        d.Speed(start, 86400, 120);
+        for (const int first : {0, 1}) {
+            EventLimits l;
+            l.firstSecond = first;
+            const DayEvents want = Reference(d, l), got = d.Run(l);
+            EXPECT_EQ(got.LkEngin_Data, want.LkEngin_Data) << start;
+            EXPECT_EQ(got.Idle_Data, want.Idle_Data) << start;
+        }
     }
 }
