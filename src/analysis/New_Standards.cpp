@@ -16,6 +16,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <algorithm>
 #include <thread>
 
@@ -104,6 +105,18 @@ void Read_Day_Arrays(Cls_DB* db, Trip_Reading& r)
         r.note = QStringLiteral("%1: day file not used, the old event counts stay: %2")
                      .arg(r.key, QString::fromUtf8(e.what()));
     }
+}
+
+// Whether the trip's row is still as the recount read it.
+bool Row_As_Read(Cls_DB& db, const Recordset& trip)
+{
+    QSqlQuery& q = db.Run_Prepared(db.Translated(QStringLiteral("SELECT * FROM D_D1 WHERE D_F1=?")),
+                                   {trip.Field(QStringLiteral("D_F1"))});
+    bool same = q.next() && q.record().count() == trip.Field_Names().size();
+    for (int i = 0; same && i < trip.Field_Names().size(); ++i)
+        same = q.value(i) == trip.Field_At(i);
+    q.finish();
+    return same;
 }
 
 } // namespace
@@ -357,6 +370,16 @@ Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
                 Err_Proc(kErrCommand3, w.reading.note);
             const bool ok = w.failure.isEmpty() && Guarded(kErrCommand3, [&] {
                 const Trip_Recount& after = w.after;
+                // The write waits for a reception that holds the database
+                // (or, on a server, the day). A reception that wrote the
+                // trip since it was read counted it under these standards:
+                // its row stands, not one counted from the older data.
+                Cls_DB::Batch write(db);
+                Lock_Day_File(db, Day_File_Name(w.reading.car, w.reading.driver, w.reading.key.right(6)));
+                if (!Row_As_Read(db, trips)) {
+                    ++summary.receivedMeanwhile;
+                    return;
+                }
                 if (!after.dayFile)
                     ++summary.withoutDayFile;
                 // 9. One statement: the row is old or new, never half.
@@ -369,8 +392,6 @@ Recount_Summary Apply_New_Standards(Cls_DB& db, const Cls_Config& standards,
                 trips.Set(trip_col::Over_Band1, after.band1);
                 trips.Set(trip_col::Over_Band2, after.band2);
                 trips.Set(trip_col::Over_Band3, after.band3);
-                // The write waits for a reception that holds the database.
-                Cls_DB::Batch write(db);
                 trips.Update();
                 if (!Same(w.reading.stored, after))
                     ++summary.changed;

@@ -42,6 +42,7 @@ struct Recount_Summary {
     int changed = 0;        // rows whose figures changed
     int withoutDayFile = 0; // trips whose event counts stayed, for want of a readable day file
     int failed = 0;         // trips left as they were after an error (the log tells which)
+    int receivedMeanwhile = 0; // trips a reception wrote while the recount ran: its counts stand
     bool cancelled = false;
     QString error;          // why nothing could be done at all
 };

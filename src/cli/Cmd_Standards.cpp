@@ -145,6 +145,9 @@ int Cmd_Recalc(Context& ctx)
     ctx.out << "trips " << s.total << ", recounted " << s.done << ", rows changed " << s.changed
             << ", events kept for want of a day file " << s.withoutDayFile << ", left after an error " << s.failed
             << "\n";
+    if (s.receivedMeanwhile > 0)
+        ctx.out << "received again while counting, left as their reception counted them " << s.receivedMeanwhile
+                << "\n";
     if (s.failed > 0) {
         ctx.err << "vexcli: " << s.failed << " trip(s) left as they were: " << Err_Log_Path() << "\n";
         return 2;

@@ -295,4 +295,31 @@ TEST_P(Recount, ACancelledRecountLeavesEveryRowOldOrNew)
     EXPECT_EQ(old, 20);
 }
 
+TEST_P(Recount, ATripReceivedAgainWhileTheRecountRunsKeepsItsReceptionsCounts)
+{
+    // Twenty trips; while the first is written, a reception (here its
+    // write, on another connection) gives trip 18 new figures. The recount
+    // read trip 18 before that: its own figures for it would be of the
+    // older data, so the reception's row stands.
+    auto Key = [](int i) { return QStringLiteral("000100") + QStringLiteral("%1").arg(i, 6, 10, QLatin1Char('0')) + "260105"; };
+    for (int i = 0; i < 20; ++i) {
+        Trip(Key(i), 1000, {-1, -1, -1, -1, -1, -1, -1, -1, -1});
+        Put("D_D3", Key(i), {"D_F2", Series({{i, 81 + i}})});
+    }
+    const QString received = Key(18);
+    Cls_DB other(db->Target());
+    const Recount_Summary sum = Apply_New_Standards(*db, cfg(), [&](int done, int) {
+        if (done == 1)
+            other.Execute(QStringLiteral("UPDATE D_D1 SET D_F8 = 1200, D_F11 = 7, D_F14 = 93 WHERE D_F1 = ?"), {received});
+    });
+    EXPECT_EQ(sum.done, 20);
+    EXPECT_EQ(sum.failed, 0);
+    EXPECT_EQ(sum.receivedMeanwhile, 1);
+    EXPECT_EQ(Num("D_D1", received, "D_F11"), 7);
+    EXPECT_EQ(Num("D_D1", received, "D_F14"), 93);
+    // Its neighbour, read and written as it was, is counted anew: 1 minute
+    // over the limit.
+    EXPECT_EQ(Num("D_D1", Key(17), "D_F11"), 1);
+}
+
 VEX_INGEST_ENGINES(Recount);
