@@ -126,6 +126,11 @@ Day_File_Ref Trip_Day_File(Cls_DB& db, const QString& packDir, const QString& ca
 {
     if (Day_Files_In_Database(db))
         return Find_Day_File(db, car, driver, day);
+    return Local_Trip_Day_File(packDir, car, driver, day);
+}
+
+Day_File_Ref Local_Trip_Day_File(const QString& packDir, const QString& car, const QString& driver, const QString& day)
+{
     QStringList roots{Local_Path(QStringLiteral("\\pack"))};
     if (!packDir.trimmed().isEmpty())
         roots << Folder_Path(packDir.trimmed());
@@ -202,10 +207,16 @@ std::vector<Trip_Reading> Read_Trips(Cls_DB& db, const Cls_Config& standards, co
         r.hasSpeed = series != speed.constEnd();
         if (r.hasSpeed)
             r.secData = *series;
-        // A day file of this machine is read where the trip is counted.
-        r.dayFile = Trip_Day_File(db, standards.U_PackDir, r.car, r.driver, r.key.right(6));
-        if (!r.dayFile.key.isEmpty())
-            Read_Day_Arrays(&db, r);
+        // A day file of this machine is found and read where the trip is
+        // counted; a server's row here, on the connection.
+        if (Day_Files_In_Database(db)) {
+            r.dayFile = Find_Day_File(db, r.car, r.driver, r.key.right(6));
+            if (r.dayFile.Found())
+                Read_Day_Arrays(&db, r);
+        } else {
+            r.packDir = standards.U_PackDir;
+            r.dayFileLocal = true;
+        }
     }
     return batch;
 }
@@ -234,8 +245,12 @@ Trip_Recount Count_Trip(const Cls_Config& standards, Trip_Reading& r)
 
     // 6, 7. The events of the seconds; without a readable day file the old
     // counts stay.
-    if (!r.dayFile.path.isEmpty() && !r.hasDayFile && r.note.isEmpty())
-        Read_Day_Arrays(nullptr, r);
+    if (r.dayFileLocal) {
+        r.dayFileLocal = false;
+        r.dayFile = Local_Trip_Day_File(r.packDir, r.car, r.driver, r.key.right(6));
+        if (r.dayFile.Found())
+            Read_Day_Arrays(nullptr, r);
+    }
     if (r.hasDayFile) {
         try {
             // The two arrays where they lie in the bytes, checked as a read

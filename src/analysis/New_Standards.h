@@ -52,6 +52,9 @@ struct Recount_Summary {
 // On a server, the database's row of the day. Not found when none has it.
 Day_File_Ref Trip_Day_File(Cls_DB& db, const QString& packDir, const QString& car, const QString& driver,
                            const QString& day);
+// The same among the files of this machine alone: no connection, any thread.
+Day_File_Ref Local_Trip_Day_File(const QString& packDir, const QString& car, const QString& driver,
+                                 const QString& day);
 
 // The limit of each car in force for a recount: the car's own when S_D1
 // has one, even "0"; else the standard speed. Read once for all trips.
@@ -74,6 +77,8 @@ struct Trip_Reading {
     double limit = 0;             // km/h
     bool hasSpeed = false;
     QString secData;              // D_D3's minute speed
+    bool dayFileLocal = false;    // the day file still to be found among this machine's files
+    QString packDir;              // the pack folder of the settings, for that
     Day_File_Ref dayFile;         // found, or none
     bool hasDayFile = false;      // its arrays read
     QByteArray dayBytes;          // the first two arrays of the day file
