@@ -212,9 +212,12 @@ bool Cls_DB::Begin_Write()
     // Each try waits the connection's busy timeout (5 s) before it answers.
     constexpr int kTry = 5;
     for (int waited = 0;; waited += kTry) {
-        QSqlQuery begin(conn);
-        if (begin.exec(QStringLiteral("BEGIN IMMEDIATE")))
+        // Prepared once: a recount begins a write for every trip.
+        QSqlQuery& begin = Prepared(QStringLiteral("BEGIN IMMEDIATE"));
+        if (begin.exec()) {
+            begin.finish();
             return true;
+        }
         const QString error = begin.lastError().text();
         // Inside a transaction already: the writes belong to that one.
         if (error.contains(QLatin1String("within a transaction"), Qt::CaseInsensitive))
@@ -272,6 +275,17 @@ Cls_DB::Batch::~Batch()
     if (!open_)
         return;
     db_.mode_ = Write_Mode::None;
+    if (db_.target_.engine == Engine::Sqlite) { // as it began: a statement of its own, prepared once
+        QSqlQuery& commit = db_.Prepared(QStringLiteral("COMMIT"));
+        const bool ok = commit.exec();
+        const QString error = commit.lastError().text();
+        commit.finish();
+        if (!ok) {
+            db_.Run_Plain(QStringLiteral("ROLLBACK"));
+            Guarded(kErrCommit, [&] { db_.Engine_Failure(QStringLiteral("commit failed: ") + error); });
+        }
+        return;
+    }
     QSqlDatabase conn = QSqlDatabase::database(db_.name_, false);
     if (!conn.commit()) {
         const QString error = conn.lastError().text();
