@@ -3,6 +3,7 @@
 #include "core/Codes.h"
 #include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
+#include "core/Printable.h"
 #include "exchange/Package.h"
 #include "platform/AppFolder.h"
 #include "platform/FileSystem.h"
@@ -15,6 +16,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 #include <QTemporaryDir>
 #include <cerrno>
 #include <csignal>
@@ -102,24 +104,28 @@ void Remove_Stale_Scratch(const QString& exp)
     }
 }
 
-// One package: unpacked, its database read whole, then written. It works in
-// a scratch folder of its own under "\exp", removed whatever happened, and
-// only the entries an import uses are written there: nothing a package holds
-// outlives its import or stands in the way of the next.
-// The keys of a table's rows that the copy took: all but those it refused
-// ("D_D1 '<key>': why").
+// The keys of a table's rows that the copy took: all with a key but those
+// it refused ("D_D1 '<key as printed>': why").
 QStringList Written_Keys(const Source_Table& rows, const QStringList& refused)
 {
+    QSet<QString> told;
+    const QString prefix = QStringLiteral("D_D1 '");
+    for (const QString& line : refused)
+        if (line.startsWith(prefix))
+            told.insert(line.mid(prefix.size(), line.indexOf(QStringLiteral("': "), prefix.size()) - prefix.size()));
     QStringList keys;
     for (const QVariantList& row : rows.rows) {
         const QString key = rows.Value(row, QStringLiteral("D_F1")).toString();
-        const QString told = QStringLiteral("D_D1 '") + key + QStringLiteral("': ");
-        if (std::none_of(refused.begin(), refused.end(), [&](const QString& r) { return r.startsWith(told); }))
+        if (!key.isEmpty() && !told.contains(Printable(key, 40)))
             keys << key;
     }
     return keys;
 }
 
+// One package: unpacked, its database read whole, then written. It works in
+// a scratch folder of its own under "\exp", removed whatever happened, and
+// only the entries an import uses are written there: nothing a package holds
+// outlives its import or stands in the way of the next.
 void Import_One(Cls_DB& live, const QString& zip, bool withSiteTable, Exchange_Report& report,
                 const Exchange_Progress& progress)
 {

@@ -248,6 +248,11 @@ TEST_F(Keeping, HostilePackagesLeaveExpCleanAndTheDatabaseAsItWas)
     EXPECT_TRUE(rows.Text().contains("rows refused 9"));
     EXPECT_EQ(Rows("SELECT * FROM D_D1"), 3) << "the good row is taken";
     EXPECT_EQ(Rows("SELECT * FROM D_D1 WHERE D_F1 = '12AB00000123260109'"), 1);
+    // The trips the ledger takes as stored: the good row, none refused.
+    EXPECT_TRUE(rows.trips.contains("12AB00000123260109")) << rows.trips.join(' ').toStdString();
+    for (const QString bad : {QString("../../etc"), QString("12AB00000123991305"), QString("12AB00000123260107"),
+                              QString("12AB00000123260108"), kTrip + "260105"})
+        EXPECT_FALSE(rows.trips.contains(bad)) << bad.toStdString();
     EXPECT_EQ(Dump("D_D1").at(kTrip + "260105"), before.at("D_D1").at(kTrip + "260105")) << "its infinite row refused";
     EXPECT_EQ(Dump("S_D2"), before.at("S_D2"));
     EXPECT_EQ(Dump("D_D3"), before.at("D_D3"));
