@@ -19,6 +19,41 @@ namespace {
 // divided by 60 again, and kept in the system's scale of 20 per 1000.
 constexpr double kSecondScale = 1.0 / 60.0 * 20.0 / 1000.0;
 
+// Adds to over the km driven in the minutes whose speed is above limit,
+// minute by minute: speed cells hexadecimal, distance cells "XY" for X.Y km.
+// Throws RunTimeError on a speed cell that isn't hexadecimal.
+void Add_Over_Km(const QString& speed, const QString& km, double limit, double& over)
+{
+    for (int m = 0; 2 * m + 2 <= std::min(speed.size(), km.size()); ++m)
+        if (Hex_Cell(speed, 2 * m) > limit)
+            over += km.mid(2 * m, 2).toInt() / 10.0;
+}
+
+// The same over the bytes of the text as the embedded database hands them
+// over, without their conversion to text: a month reads 36 MB of them.
+// Series with other than ASCII go the way of the text.
+void Add_Over_Km(const QByteArray& speed, const QByteArray& km, double limit, double& over)
+{
+    for (const QByteArray* bytes : {&speed, &km})
+        for (const char c : *bytes)
+            if (static_cast<unsigned char>(c) >= 0x80)
+                return Add_Over_Km(QString::fromUtf8(speed), QString::fromUtf8(km), limit, over);
+    auto Hex = [](char c) {
+        return c >= '0' && c <= '9' ? c - '0' : c >= 'A' && c <= 'F' ? c - 'A' + 10 : c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+    };
+    for (qsizetype m = 0; 2 * m + 2 <= std::min(speed.size(), km.size()); ++m) {
+        const int hi = Hex(speed[2 * m]), lo = Hex(speed[2 * m + 1]);
+        if (hi < 0 || lo < 0)
+            Hex_Cell(QString::fromLatin1(speed.mid(2 * m, 2)), 0); // throws as the text's cell would
+        if (hi * 16 + lo <= limit)
+            continue;
+        const char a = km[2 * m], b = km[2 * m + 1];
+        const int cell = a >= '0' && a <= '9' && b >= '0' && b <= '9' ? (a - '0') * 10 + (b - '0')
+                                                                     : QString::fromLatin1(km.mid(2 * m, 2)).toInt();
+        over += cell / 10.0;
+    }
+}
+
 // The minute distance of a key: cells "XY" are X.Y km.
 double Minute_Km(Cls_DB& db, const QString& key)
 {
@@ -147,16 +182,21 @@ std::vector<Fuel_Month_Row> Fuel_Excess_Month(Cls_DB& db, const QString& yymm, c
         row.idleMinutes = cars.Field(QStringLiteral("D_F12_1")).toDouble() * idleMinutesPerEvent;
         // Each trip's minute speeds with its minute distances (none without
         // a D_D7 row): one statement a car, not one a trip.
+        // The embedded database gives the series as the bytes they are.
+        const bool bytes = db.Dialect() == Engine::Sqlite;
         Recordset trips = db.DB_RSet_D_D(
-            QStringLiteral("SELECT D_D3.D_F2, D_D7.D_F2 AS D_KM FROM D_D3 LEFT JOIN D_D7 ON D_D7.D_F1 = D_D3.D_F1 "
-                           "WHERE (Left(D_D3.D_F1,6)) = ? AND (RIGHT(D_D3.D_F1,6)) >= ? AND (RIGHT(D_D3.D_F1,6)) <= ?"),
+            (bytes ? QStringLiteral("SELECT CAST(D_D3.D_F2 AS BLOB) AS D_F2, CAST(D_D7.D_F2 AS BLOB) AS D_KM ")
+                   : QStringLiteral("SELECT D_D3.D_F2, D_D7.D_F2 AS D_KM "))
+                + QStringLiteral("FROM D_D3 LEFT JOIN D_D7 ON D_D7.D_F1 = D_D3.D_F1 WHERE (Left(D_D3.D_F1,6)) = ? "
+                                 "AND (RIGHT(D_D3.D_F1,6)) >= ? AND (RIGHT(D_D3.D_F1,6)) <= ?"),
             {row.car, start, end});
+        const int speedAt = trips.Column_Of(QStringLiteral("D_F2")), kmAt = trips.Column_Of(QStringLiteral("D_KM"));
         for (trips.MoveFirst(); !trips.EOF_(); trips.MoveNext()) {
-            const QString speed = trips.Text(QStringLiteral("D_F2"));
-            const QString km = trips.Text(QStringLiteral("D_KM"));
-            for (int m = 0; 2 * m + 2 <= std::min(speed.size(), km.size()); ++m)
-                if (Hex_Cell(speed, 2 * m) > rates.speed)
-                    row.overKm += km.mid(2 * m, 2).toInt() / 10.0;
+            const QVariant speed = trips.Field_At(speedAt), km = trips.Field_At(kmAt);
+            if (bytes)
+                Add_Over_Km(speed.toByteArray(), km.toByteArray(), rates.speed, row.overKm);
+            else
+                Add_Over_Km(speed.toString(), km.toString(), rates.speed, row.overKm);
         }
         row.cost = Fuel_Excess_Cost(row, rates);
         sum.overKm += row.overKm;

@@ -3,6 +3,7 @@
 // with its sum row, all against figures worked out by hand.
 #include "analysis/Fuel.h"
 #include "analysis/Status_Grids.h"
+#include "core/Err_Proc.h"
 #include "core/Mod_Main.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
@@ -153,4 +154,18 @@ TEST_F(Fuel, AMonthOfExcessCostWithItsSumRowAndAnEmptyMonth)
     EXPECT_NEAR(rows[1].cost, 67.5, 1e-9);
 
     EXPECT_TRUE(Fuel_Excess_Month(db(), "2602", rates, 10).empty());
+
+    // Cells as text reads them: a lower-case speed, distances " 7" and "+3";
+    // a character of more than one byte in a distance series moves none of
+    // the cells after it; a distance series that ends early.
+    const QString odd = "000300000301260305";
+    test::Put_Row("D_D1", odd, {{"D_F2", "000300"}});
+    test::Put_Row("D_D3", odd, {{"D_F2", Minutes({{0, "5a"}, {1, "51"}, {10, "FF"}, {20, "60"}})}});
+    test::Put_Row("D_D7", odd, {{"D_F2", Minutes({{0, " 7"}, {1, "+3"}, {4, "가1"}, {10, "09"}}).left(40)}});
+    const std::vector<Fuel_Month_Row> march = Fuel_Excess_Month(db(), "2603", rates, 10);
+    ASSERT_EQ(march.size(), 2u);
+    EXPECT_NEAR(march[0].overKm, 0.7 + 0.3 + 0.9, 1e-9);
+    // A speed cell that is no number stops the month, as it always did.
+    db().Execute("UPDATE D_D3 SET D_F2 = ? WHERE D_F1 = ?", {Minutes({{3, "G1"}}), odd});
+    EXPECT_THROW(Fuel_Excess_Month(db(), "2603", rates, 10), RunTimeError);
 }
