@@ -249,9 +249,43 @@ names_seeds() {
       >"$out/note-name-no-driver.bin"
 }
 
-find "$CORPUS" -type f ! -regex '.*/[0-9a-f]\{40\}' -delete 2>/dev/null || true
+# ---- Recounts -------------------------------------------------------------------
+
+# Five standards, the day file's size form, the first second (two bytes, in
+# steps of two seconds), then speed and engine bytes in turn (fuzz/targets/Recount_Target.cpp).
+recount_seeds() {
+  python3 - "$CORPUS/fuzz_recount" <<'PY'
+import math, os, sys
+out = sys.argv[1]
+os.makedirs(out, exist_ok=True)
+def day(standards, form, first, seconds):
+    b = bytearray(standards + [form, first // 2 >> 8, first // 2 & 0xFF])
+    for s in range(seconds):
+        v = 0 if s == 1000 or 1500 < s < 1900 else int(60 + 35 * math.sin(s / 50.0))
+        b += bytes([max(0, min(254, v)), 40])
+    return b
+seeds = {
+    # an hour of driving from 07:00 with a stop and a sudden halt
+    "plain-hour-of-driving": day([80, 9, 8, 3, 5], 0, 25200, 3600),
+    # a file of three arrays, overspeed and idling into the day's last second
+    "plain-overspeed-to-the-end-of-the-day": day([50, 9, 8, 0, 5], 1, 86000, 401),
+    "short-day-file": bytes([80, 9, 8, 3, 5, 7, 0, 0, 10, 20, 30, 40]),
+    "odd-standards": bytes([255, 0x80, 0, 15, 0, 0, 0, 5] + [7, 1] * 64),
+}
+for name, data in seeds.items():
+    with open(os.path.join(out, name), "wb") as f:
+        f.write(data)
+PY
+}
+
+# Only the corpora made here are made anew.
+for target in fuzz_pack_file fuzz_pack_filing fuzz_sys_file fuzz_usb_130 fuzz_usb_250 fuzz_ntd fuzz_inbox_names \
+              fuzz_recount; do
+  find "$CORPUS/$target" -type f ! -regex '.*/[0-9a-f]\{40\}' -delete 2>/dev/null || true
+done
 pack_seeds
 usb_seeds
 ntd_seeds
 names_seeds
+recount_seeds
 du -sh "$CORPUS"/*

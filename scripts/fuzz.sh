@@ -27,7 +27,7 @@ CXX=clang++ CC=clang cmake -S . -B "$BUILD" -G Ninja -DVEX_FUZZ=ON -DVEX_BUILD_T
     -DVEX_FUZZ_SANITIZERS="${VEX_FUZZ_SANITIZERS:-}" -DVEX_FUZZ_TRACE_CMP="${VEX_FUZZ_TRACE_CMP:-OFF}" >/dev/null
 targets=("$@")
 [ ${#targets[@]} -gt 0 ] || targets=(fuzz_pack_file fuzz_pack_filing fuzz_sys_file fuzz_usb_130 fuzz_usb_250 fuzz_ntd
-                                      fuzz_inbox_names fuzz_package fuzz_remote_names fuzz_xlsx_template)
+                                      fuzz_inbox_names fuzz_package fuzz_remote_names fuzz_xlsx_template fuzz_recount)
 cmake --build "$BUILD" -j"$(nproc)" --target "${targets[@]}"
 
 shm=/dev/shm

@@ -10,7 +10,7 @@ const std::vector<Target>& Targets()
         {"fuzz_pack_file", Pack_File}, {"fuzz_pack_filing", Pack_Filing}, {"fuzz_sys_file", Sys_File},
         {"fuzz_usb_130", Usb_130},     {"fuzz_usb_250", Usb_250},         {"fuzz_ntd", Ntd},
         {"fuzz_inbox_names", Inbox_Names}, {"fuzz_package", Package},     {"fuzz_remote_names", Remote_Names},
-        {"fuzz_xlsx_template", Xlsx_Template},
+        {"fuzz_xlsx_template", Xlsx_Template}, {"fuzz_recount", Recount},
     };
     return targets;
 }

@@ -37,6 +37,9 @@ void Package(Sandbox& box, std::span<const uint8_t> input);
 // The names of an FTP listing and the trip files among them.
 void Remote_Names(Sandbox& box, std::span<const uint8_t> input);
 
+// A stored trip with a day file of any bytes, counted again.
+void Recount(Sandbox& box, std::span<const uint8_t> input);
+
 // A spreadsheet template of any bytes, filled and saved.
 void Xlsx_Template(Sandbox& box, std::span<const uint8_t> input);
 
