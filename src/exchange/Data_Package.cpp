@@ -325,13 +325,13 @@ namespace {
 // The rows, files, refusals and trips of one package added to the whole.
 void Merge_Counts(Exchange_Report& whole, const Exchange_Report& one)
 {
-    for (const auto& [table, rows] : one.tables) {
+    for (const std::pair<QString, int>& table : one.tables) {
         auto it = std::find_if(whole.tables.begin(), whole.tables.end(),
-                               [&](const std::pair<QString, int>& t) { return t.first == table; });
+                               [&](const std::pair<QString, int>& t) { return t.first == table.first; });
         if (it == whole.tables.end())
-            whole.tables.emplace_back(table, rows);
+            whole.tables.push_back(table);
         else
-            it->second += rows;
+            it->second += table.second;
     }
     whole.files << one.files;
     whole.refused << one.refused;
