@@ -2,8 +2,9 @@
 
 #include "analysis/New_Standards.h"
 #include "analysis/Status_Grids.h"
-#include "core/Messages.h"
 #include "core/Err_Proc.h"
+#include "core/Messages.h"
+#include "core/VbText.h"
 #include "store/Cls_DB.h"
 #include "store/DayFile.h"
 #include "store/EventDetector.h"
@@ -38,19 +39,14 @@ void Add_Over_Km(const QByteArray& speed, const QByteArray& km, double limit, do
         for (const char c : *bytes)
             if (static_cast<unsigned char>(c) >= 0x80)
                 return Add_Over_Km(QString::fromUtf8(speed), QString::fromUtf8(km), limit, over);
-    auto Hex = [](char c) {
-        return c >= '0' && c <= '9' ? c - '0' : c >= 'A' && c <= 'F' ? c - 'A' + 10 : c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
-    };
     for (qsizetype m = 0; 2 * m + 2 <= std::min(speed.size(), km.size()); ++m) {
-        const int hi = Hex(speed[2 * m]), lo = Hex(speed[2 * m + 1]);
+        const int hi = Hex_Digit(QLatin1Char(speed[2 * m])), lo = Hex_Digit(QLatin1Char(speed[2 * m + 1]));
         if (hi < 0 || lo < 0)
             Hex_Cell(QString::fromLatin1(speed.mid(2 * m, 2)), 0); // throws as the text's cell would
         if (hi * 16 + lo <= limit)
             continue;
-        const char a = km[2 * m], b = km[2 * m + 1];
-        const int cell = a >= '0' && a <= '9' && b >= '0' && b <= '9' ? (a - '0') * 10 + (b - '0')
-                                                                     : QString::fromLatin1(km.mid(2 * m, 2)).toInt();
-        over += cell / 10.0;
+        const int digits = Two_Digits(char16_t(km[2 * m]), char16_t(km[2 * m + 1]));
+        over += (digits >= 0 ? digits : QString::fromLatin1(km.mid(2 * m, 2)).toInt()) / 10.0;
     }
 }
 

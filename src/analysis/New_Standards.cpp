@@ -214,7 +214,6 @@ std::vector<Trip_Reading> Read_Trips(Cls_DB& db, const Cls_Config& standards, co
             if (r.dayFile.Found())
                 Read_Day_Arrays(&db, r);
         } else {
-            r.packDir = standards.U_PackDir;
             r.dayFileLocal = true;
         }
     }
@@ -247,7 +246,7 @@ Trip_Recount Count_Trip(const Cls_Config& standards, Trip_Reading& r)
     // counts stay.
     if (r.dayFileLocal) {
         r.dayFileLocal = false;
-        r.dayFile = Local_Trip_Day_File(r.packDir, r.car, r.driver, r.key.right(6));
+        r.dayFile = Local_Trip_Day_File(standards.U_PackDir, r.car, r.driver, r.key.right(6));
         if (r.dayFile.Found())
             Read_Day_Arrays(nullptr, r);
     }

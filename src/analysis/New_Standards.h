@@ -78,7 +78,6 @@ struct Trip_Reading {
     bool hasSpeed = false;
     QString secData;              // D_D3's minute speed
     bool dayFileLocal = false;    // the day file still to be found among this machine's files
-    QString packDir;              // the pack folder of the settings, for that
     Day_File_Ref dayFile;         // found, or none
     bool hasDayFile = false;      // its arrays read
     QByteArray dayBytes;          // the first two arrays of the day file

@@ -21,6 +21,14 @@ bool All_Digits(const QString& text);
 // Value of a hexadecimal digit (capital or small), or -1 for any other character.
 int Hex_Digit(QChar c);
 
+// Value of two decimal digits ("07" is 7), or -1 when either isn't one: the
+// quick reading of a minute cell of text or of its bytes; a cell of another
+// form is for Val or toInt to read.
+inline int Two_Digits(char16_t a, char16_t b)
+{
+    return a >= u'0' && a <= u'9' && b >= u'0' && b <= u'9' ? (a - u'0') * 10 + (b - u'0') : -1;
+}
+
 // A fixed-width field: a shorter value is padded with blanks on the right, a
 // longer one cut on the right.
 QString Fixed(const QString& value, int width);

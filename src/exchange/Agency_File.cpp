@@ -3,6 +3,7 @@
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
 #include "core/Mod_Main.h"
+#include "core/VbText.h"
 #include "platform/AppFolder.h"
 #include "store/Cls_DB.h"
 #include "store/Day_Store.h"
@@ -64,9 +65,8 @@ std::vector<int> Running_Km(const QString& cells, bool dropEight)
     for (int k = 0; k < 1440 && 2 * k + 1 < cells.size(); ++k) {
         // Two decimal digits, as nearly every cell is; anything else as
         // toInt reads it.
-        const char16_t a = cells[2 * k].unicode(), b = cells[2 * k + 1].unicode();
-        const int cell = a >= u'0' && a <= u'9' && b >= u'0' && b <= u'9' ? (a - u'0') * 10 + (b - u'0')
-                                                                         : cells.mid(2 * k, 2).toInt();
+        const int digits = Two_Digits(cells[2 * k].unicode(), cells[2 * k + 1].unicode());
+        const int cell = digits >= 0 ? digits : cells.mid(2 * k, 2).toInt();
         float v = float(cell) / 10.0f;
         if (dropEight && v >= 8)
             v -= 8;

@@ -2,6 +2,7 @@
 
 #include "core/Err_Proc.h"
 #include "core/Messages.h"
+#include "core/VbText.h"
 #include "store/Cls_DB.h"
 #include "store/Day_Store.h"
 #include "store/DayFile.h"
@@ -32,19 +33,14 @@ std::vector<int> Cells(const QString& series, int base)
 {
     if (series.size() < 2 * 1440)
         return {};
-    auto Digit = [base](QChar c) {
-        const int d = c.isDigit() && c.unicode() < 128 ? c.unicode() - '0'
-                      : base == 16 && c >= QLatin1Char('A') && c <= QLatin1Char('F') ? c.unicode() - 'A' + 10
-                      : base == 16 && c >= QLatin1Char('a') && c <= QLatin1Char('f') ? c.unicode() - 'a' + 10
-                                                                                   : -1;
-        return d;
-    };
     std::vector<int> out(1440);
     for (int m = 0; m < 1440; ++m) {
         // Two digits, as nearly every cell is; anything else as toInt reads it.
-        const int hi = Digit(series[2 * m]), lo = Digit(series[2 * m + 1]);
-        if (hi >= 0 && lo >= 0) {
-            out[size_t(m)] = hi * base + lo;
+        const QChar a = series[2 * m], b = series[2 * m + 1];
+        const int hi = Hex_Digit(a), lo = Hex_Digit(b);
+        const int quick = base == 16 ? (hi < 0 || lo < 0 ? -1 : hi * 16 + lo) : Two_Digits(a.unicode(), b.unicode());
+        if (quick >= 0) {
+            out[size_t(m)] = quick;
             continue;
         }
         bool ok = false;
@@ -133,14 +129,8 @@ public:
             }
             const QString marks = QStringList(part.size(), QStringLiteral("?")).join(QLatin1Char(','));
             Recordset d = db.DB_RSet_D_D(QStringLiteral("SELECT D_F1, D_F2 FROM D_D7 WHERE D_F1 IN (%1)").arg(marks), values);
-            QSet<QString> seen;
-            for (d.MoveFirst(); !d.EOF_(); d.MoveNext()) {
-                const QString k = d.Text(QStringLiteral("D_F1"));
-                if (!seen.contains(k)) { // the first row of a key, as a look-up by key takes it
-                    seen.insert(k);
-                    distance_.insert(k, d.Text(QStringLiteral("D_F2")));
-                }
-            }
+            for (d.MoveFirst(); !d.EOF_(); d.MoveNext()) // one row a key: D_F1 is D_D7's key
+                distance_.insert(d.Text(QStringLiteral("D_F1")), d.Text(QStringLiteral("D_F2")));
             Recordset e = db.DB_RSet_D_D(
                 QStringLiteral("SELECT D_F2, D_F3, D_F6, D_F7 FROM X_LEDGER_DAY WHERE D_F3 IN (%1) AND D_F4 = 'stored'")
                     .arg(marks),

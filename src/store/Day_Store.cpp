@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QSqlQuery>
 #include <algorithm>
+#include <limits>
 
 namespace vex {
 
@@ -113,13 +114,7 @@ QByteArray Read_Day_Bytes(Cls_DB& db, const Day_File_Ref& ref)
         q.finish();
         return bytes;
     }
-    QFile f(ref.path);
-    if (ref.path.isEmpty() || !f.open(QIODevice::ReadOnly))
-        throw RunTimeError(QStringLiteral("File not found: ") + ref.Name());
-    QByteArray bytes = f.readAll();
-    if (f.error() != QFileDevice::NoError)
-        throw RunTimeError(QStringLiteral("Input past end of file: ") + ref.path);
-    return bytes;
+    return Read_Day_File_Head(ref.path, std::numeric_limits<qint64>::max()).bytes;
 }
 
 Day_Head Read_Day_Head(Cls_DB& db, const Day_File_Ref& ref, qint64 length)

@@ -52,12 +52,8 @@ double Sum_Distance_Cells(const QString& distanceCells)
     double tenths = 0;
     const QChar* c = distanceCells.constData();
     for (int i = 0; i < kSeriesChars && i < distanceCells.size(); i += 2) {
-        const char16_t a = c[i].unicode();
-        const char16_t b = i + 1 < distanceCells.size() ? c[i + 1].unicode() : u'x';
-        if (a >= u'0' && a <= u'9' && b >= u'0' && b <= u'9')
-            tenths += (a - u'0') * 10 + (b - u'0');
-        else
-            tenths += Val(distanceCells.mid(i, 2));
+        const int cell = i + 1 < distanceCells.size() ? Two_Digits(c[i].unicode(), c[i + 1].unicode()) : -1;
+        tenths += cell >= 0 ? cell : Val(distanceCells.mid(i, 2));
     }
     return tenths;
 }
