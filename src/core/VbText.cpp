@@ -106,18 +106,6 @@ bool All_Digits(const QString& text)
     return true;
 }
 
-int Hex_Digit(QChar c)
-{
-    const char16_t u = c.unicode();
-    if (u >= u'0' && u <= u'9')
-        return u - u'0';
-    if (u >= u'A' && u <= u'F')
-        return u - u'A' + 10;
-    if (u >= u'a' && u <= u'f')
-        return u - u'a' + 10;
-    return -1;
-}
-
 QString Fixed(const QString& value, int width)
 {
     return value.size() >= width ? value.left(width) : value.leftJustified(width, QLatin1Char(' '));
